@@ -1,0 +1,27 @@
+#pragma once
+
+#include "runtime/DateTime.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace rt {
+
+// Text to date, as CDate/IsDate read it in the current locale. Empty when the text is
+// no date or time.
+std::optional<Date> parseDate(const QString &text);
+bool IsDate(const QString &text);
+Date CDate(const QString &text); // raises "Type mismatch" when parseDate fails
+
+// "Errors ignored" form: on failure the field keeps its value.
+bool tryCDate(const QString &text, Date &field);
+
+// Date to text, as CStr writes it: the short date with a four-digit year, the long time,
+// or both.
+QString CStr(Date value);
+
+// The locale's full weekday name, Sunday = 1.
+QString WeekdayName(int weekday);
+
+} // namespace rt

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+namespace rt {
+
+// The folder of the executable, without a trailing separator, fetched anew at every call.
+// It never comes from the command line or the environment; tests set it.
+QString programFolder();
+void setProgramFolderForTest(const QString &folder); // empty restores the real one
+
+} // namespace rt

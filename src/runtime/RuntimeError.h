@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+
+#include <exception>
+#include <functional>
+
+namespace rt {
+
+// An error raised the way the original run-time raised them. Nothing in the program traps
+// it; the top-level handler reports it and ends the program.
+class RuntimeError : public std::exception {
+public:
+    RuntimeError(int number, QString description);
+
+    int number() const { return number_; }
+    const QString &description() const { return description_; }
+    const char *what() const noexcept override;
+
+    static RuntimeError typeMismatch(); // 13
+    static RuntimeError overflow();     // 6
+
+private:
+    int number_;
+    QString description_;
+    QByteArray what_;
+};
+
+// The text of the box the top-level handler shows: "Run-time error '13':", a blank line,
+// then the description.
+QString runtimeErrorText(const RuntimeError &error);
+
+// Shows the run-time error box, then ends the program.
+[[noreturn]] void reportFatal(const RuntimeError &error);
+
+// Ends the program at once, like the original's End statement. Tests replace the ending
+// with one that throws, so they can watch a program end without losing the test process.
+[[noreturn]] void End(int exitCode = 0);
+void setEndForTest(std::function<void(int)> end); // an empty function restores the real one
+
+} // namespace rt
