@@ -1,0 +1,257 @@
+#include "store/DataStore.h"
+
+#include "runtime/Ansi.h"
+#include "runtime/DateText.h"
+#include "runtime/Numbers.h"
+#include "store/Files.h"
+#include "store/ini.h"
+
+#include <algorithm>
+
+namespace store
+{
+namespace
+{
+
+QString read(const QString &section, const QString &key)
+{
+    return ReadINI(files::dataIni(), section, key, QString());
+}
+
+void write(const QString &section, const QString &key, const QString &value)
+{
+    WriteINI(files::dataIni(), section, key, value);
+}
+
+// The keys of a recurring event after its count, in the order every writer uses.
+void writeRecurringKeys(int n, const RecurringEvent &event)
+{
+    const QString section = recurringSection(n);
+    write(section, kTypeKey, event.type);
+    if (event.type == kWeekly || event.type == kMonthly || event.type == kYearly)
+        write(section, kDayKey, event.day);
+    if (event.type == kYearly)
+        write(section, kMonthKey, event.month);
+    write(section, kTimeKey, event.time);
+    write(section, kMemoKey, event.memo);
+    write(section, kCatKey, event.cat);
+}
+
+} // namespace
+
+QString eventSection(int n)
+{
+    return QString::number(n);
+}
+QString recurringSection(int n)
+{
+    return QLatin1Char('r') + QString::number(n);
+}
+QString colourKey(int n)
+{
+    return QString::number(n) + QLatin1Char('c');
+}
+
+bool isAction(const QString &memo)
+{
+    return memo.startsWith(kActionMarker);
+}
+QString actionPath(const QString &memo)
+{
+    return memo.mid(kActionMarker.size());
+}
+QString actionMemo(const QString &path)
+{
+    return kActionMarker + path;
+}
+
+int readCount(const QString &section)
+{
+    std::int32_t count = 0;
+    rt::tryCLng(read(section, kCountKey), count);
+    return std::clamp(count, 0, kMaxItems);
+}
+
+QStringList readCategoryColours()
+{
+    const int count = readCount(kCategoriesSection);
+    QStringList colours(count + 1);
+    for (int i = 1; i <= count; ++i) {
+        std::int32_t colour = 0;
+        if (rt::tryCLng(read(kCategoriesSection, colourKey(i)), colour))
+            colours[i] = QString::number(colour);
+    }
+    return colours;
+}
+
+QList<RecurringEvent> readRecurringEvents()
+{
+    const int count = readCount(kRecurringCountSection);
+    QList<RecurringEvent> events(count + 1);
+    for (int n = 1; n <= count; ++n) {
+        const QString section = recurringSection(n);
+        RecurringEvent &e = events[n];
+        e.day = read(section, kDayKey);
+        e.month = read(section, kMonthKey);
+        e.memo = read(section, kMemoKey);
+        e.time = read(section, kTimeKey);
+        e.type = read(section, kTypeKey);
+        e.cat = read(section, kCatKey);
+    }
+    return events;
+}
+
+QList<Event> readEvents()
+{
+    const int count = readCount(kCountSection);
+    QList<Event> events(count + 1);
+    for (int n = 1; n <= count; ++n) {
+        const QString section = eventSection(n);
+        Event &e = events[n];
+        rt::tryCDate(read(section, kDateKey), e.date);
+        rt::tryCDate(read(section, kTimeKey), e.time);
+        e.memo = read(section, kMemoKey);
+        e.cat = read(section, kCatKey);
+    }
+    return events;
+}
+
+QStringList readCategoryNames()
+{
+    const int count = readCount(kCategoriesSection);
+    QStringList names(count + 1);
+    for (int i = 2; i <= count; ++i)
+        names[i] = read(kCategoriesSection, QString::number(i));
+    if (count >= 1)
+        names[1] = kMoreCategory;
+    return names;
+}
+
+Model loadModel()
+{
+    Model model;
+    model.categoryColours = readCategoryColours();
+    model.recurring = readRecurringEvents();
+    model.events = readEvents();
+    model.categoryNames = readCategoryNames();
+    return model;
+}
+
+void writeNewEvent(int n, const EventRecord &event)
+{
+    write(kCountSection, kCountKey, QString::number(n));
+    const QString section = eventSection(n);
+    write(section, kDateKey, event.date);
+    write(section, kTimeKey, event.time);
+    write(section, kMemoKey, event.memo);
+    write(section, kCatKey, event.cat);
+}
+
+void writeNewRecurring(int n, const RecurringEvent &event)
+{
+    write(kRecurringCountSection, kCountKey, QString::number(n));
+    writeRecurringKeys(n, event);
+}
+
+void writeModifiedEvent(int n, int count, const EventRecord &event)
+{
+    const QString section = eventSection(n);
+    write(section, kDateKey, event.date);
+    write(section, kTimeKey, event.time);
+    // The memo lands one past the last event; the next new event overwrites it.
+    write(eventSection(count + 1), kMemoKey, event.memo);
+    write(section, kCatKey, event.cat);
+}
+
+void writeModifiedRecurring(int n, const RecurringEvent &event)
+{
+    // The modified event's number becomes the recurring count, as it always has.
+    write(kRecurringCountSection, kCountKey, QString::number(n));
+    writeRecurringKeys(n, event);
+}
+
+void removeEvent(const QList<EventRecord> &events, int k)
+{
+    const int count = int(events.size()) - 1;
+    if (count <= 0)
+        return;
+    write(kCountSection, kCountKey, QString::number(count - 1));
+    for (int i = k; i <= count - 1; ++i) {
+        const EventRecord &next = events[i + 1];
+        const QString section = eventSection(i);
+        write(section, kDateKey, next.date);
+        write(section, kTimeKey, next.time);
+        write(section, kCatKey, next.cat);
+        write(section, kMemoKey, next.memo);
+    }
+}
+
+void removeRecurring(const QList<RecurringEvent> &recurring, int k)
+{
+    const int count = int(recurring.size()) - 1;
+    if (count <= 0)
+        return;
+    write(kRecurringCountSection, kCountKey, QString::number(count - 1));
+    for (int i = k; i <= count - 1; ++i) {
+        const RecurringEvent &next = recurring[i + 1];
+        const QString section = recurringSection(i);
+        write(section, kTypeKey, next.type);
+        write(section, kDayKey, next.day);
+        write(section, kMonthKey, next.month);
+        write(section, kTimeKey, next.time);
+        write(section, kCatKey, next.cat);
+        write(section, kMemoKey, next.memo);
+    }
+}
+
+void writeNewCategory(int count, const QString &name)
+{
+    write(kCategoriesSection, kCountKey, QString::number(count + 1));
+    write(kCategoriesSection, QString::number(count + 1), name);
+    write(kCategoriesSection, colourKey(count + 1), QStringLiteral("0"));
+}
+
+void writeCategoryColours(const QList<std::int32_t> &colours)
+{
+    const int count = readCount(kCategoriesSection);
+    for (int i = 1; i <= count && i < colours.size(); ++i)
+        write(kCategoriesSection, colourKey(i), QString::number(colours[i]));
+}
+
+QString readPasswordCount()
+{
+    return ReadINI(files::dataIni(), kPasswordCountSection, kCountKey, QStringLiteral("0"));
+}
+
+QString readPassword()
+{
+    const QString countText = readPasswordCount();
+    if (countText == QLatin1String("0"))
+        return {};
+    std::int32_t count = 0;
+    rt::tryCLng(countText, count);
+    QByteArray codes;
+    for (int k = 1; k <= std::min(count, kMaxItems); ++k) {
+        std::int32_t code = 0;
+        // A key that is no character code adds nothing.
+        if (rt::tryCLng(read(kPasswordSection, QString::number(k)), code) && code >= 0 &&
+            code <= 255)
+            codes.append(char(code));
+    }
+    return rt::fromAnsi(codes);
+}
+
+void writePassword(const QString &password)
+{
+    const QByteArray codes = rt::toAnsi(password);
+    write(kPasswordCountSection, kCountKey, QString::number(codes.size()));
+    for (qsizetype k = 0; k < codes.size(); ++k)
+        write(kPasswordSection, QString::number(k + 1), QString::number(quint8(codes[k])));
+}
+
+void writePassIniCount()
+{
+    WriteINI(files::passIni(), kCountSection, kCountKey, QStringLiteral("0"));
+}
+
+} // namespace store
