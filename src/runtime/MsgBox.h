@@ -3,10 +3,10 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
-
 #include <functional>
 
-namespace rt {
+namespace rt
+{
 
 // The original message-box constants.
 enum MsgBoxStyle : int {
@@ -26,8 +26,7 @@ QString appTitle(); // "ORVA Calendar"
 int MsgBox(const QString &prompt, int style = vbOKOnly, const QString &title = {});
 
 // A modal input box; Cancel gives an empty text.
-QString InputBox(const QString &prompt, const QString &title = {},
-                 const QString &defaultText = {});
+QString InputBox(const QString &prompt, const QString &title = {}, const QString &defaultText = {});
 
 // What tests put in place of the real boxes: each box is noted, and the answer comes from
 // the queue (vbOK, or an empty text, when it is empty).
@@ -38,10 +37,13 @@ struct MsgBoxCall {
     bool input = false;
 };
 
-class MsgBoxRecorder {
+// One recorder at a time.
+class MsgBoxRecorder
+{
 public:
     MsgBoxRecorder();  // installs itself
     ~MsgBoxRecorder(); // restores the real boxes
+    Q_DISABLE_COPY_MOVE(MsgBoxRecorder)
 
     QList<MsgBoxCall> calls;
     QList<int> nextAnswers;

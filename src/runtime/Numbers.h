@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QString>
-
 #include <cstdint>
 
-namespace rt {
+namespace rt
+{
 
 // Text to number, as CLng, CInt and CDbl read it in the current locale. They raise
 // "Type mismatch" (13) for text that is no number and "Overflow" (6) for one out of range.

@@ -1,15 +1,16 @@
 #pragma once
 
 #include <QString>
-
 #include <exception>
 #include <functional>
 
-namespace rt {
+namespace rt
+{
 
 // An error raised the way the original run-time raised them. Nothing in the program traps
 // it; the top-level handler reports it and ends the program.
-class RuntimeError : public std::exception {
+class RuntimeError : public std::exception
+{
 public:
     RuntimeError(int number, QString description);
 
@@ -30,11 +31,14 @@ private:
 // then the description.
 QString runtimeErrorText(const RuntimeError &error);
 
-// Shows the run-time error box, then ends the program.
+// Shows the run-time error box, titled with the program's title, then ends the program with
+// kRuntimeErrorExitCode.
+constexpr int kRuntimeErrorExitCode = 1;
 [[noreturn]] void reportFatal(const RuntimeError &error);
 
 // Ends the program at once, like the original's End statement. Tests replace the ending
-// with one that throws, so they can watch a program end without losing the test process.
+// with one that throws, so they can watch a program end without losing the test process; a
+// replacement that returns is followed by the real ending.
 [[noreturn]] void End(int exitCode = 0);
 void setEndForTest(std::function<void(int)> end); // an empty function restores the real one
 
