@@ -1,0 +1,326 @@
+#include "yearcalendar/UserControl1.h"
+
+#include "runtime/Twips.h"
+#include "yearcalendar/DayLabel.h"
+
+#include <QFrame>
+#include <QLineEdit>
+#include <QPushButton>
+
+using namespace yearcal;
+
+namespace
+{
+
+constexpr rt::WinColor kHeaderGrey = 0x808080;
+
+QRect pixels(double left, double top, double width, double height)
+{
+    return QRect(rt::twipsToPixels(left), rt::twipsToPixels(top), rt::twipsToPixels(width),
+                 rt::twipsToPixels(height));
+}
+
+QRect pixels(const Box &box)
+{
+    return pixels(box.left, box.top, box.width, box.height);
+}
+
+template <typename Widget> Widget *named(Widget *widget, const QString &name, int index)
+{
+    widget->setObjectName(name + '_' + QString::number(index));
+    widget->setProperty("index", index);
+    return widget;
+}
+
+void setColour(QWidget *widget, QPalette::ColorRole role, rt::WinColor colour)
+{
+    QPalette p = widget->palette();
+    p.setColor(role, rt::toQColor(colour));
+    widget->setPalette(p);
+}
+
+QFrame *line(QWidget *parent, QFrame::Shape shape)
+{
+    auto *frame = new QFrame(parent);
+    frame->setFrameShape(shape);
+    frame->setFrameShadow(QFrame::Plain);
+    return frame;
+}
+
+} // namespace
+
+UserControl1::UserControl1(QWidget *parent) : QWidget(parent)
+{
+    createChildren();
+    resize(rt::twipsToPixels(kDesignWidth), rt::twipsToPixels(kDesignHeight));
+    paintMonths();
+    showCells();
+    j1_Click(20);
+}
+
+void UserControl1::createChildren()
+{
+    label12_ = new QLineEdit(this);
+    label12_->setObjectName("Label12");
+    label12_->setFont(calendarFont(kYearFontPoints, true));
+    label12_->setAlignment(Qt::AlignCenter);
+    label12_->setGeometry(pixels(yearBox()));
+    connect(label12_, &QLineEdit::returnPressed, this, [this] { Label12_KeyPress(13); });
+
+    cmdLeft_ = new QPushButton("<", this);
+    cmdLeft_->setObjectName("cmdLeft");
+    cmdLeft_->setGeometry(pixels(leftButtonBox()));
+    connect(cmdLeft_, &QPushButton::clicked, this, &UserControl1::cmdLeft_Click);
+    cmdRight_ = new QPushButton(">", this);
+    cmdRight_->setObjectName("cmdRight");
+    cmdRight_->setGeometry(pixels(rightButtonBox()));
+    connect(cmdRight_, &QPushButton::clicked, this, &UserControl1::cmdRight_Click);
+    for (QPushButton *button : {cmdLeft_, cmdRight_}) {
+        button->setFont(calendarFont(kButtonFontPoints, true));
+        button->setFocusPolicy(Qt::TabFocus);
+    }
+
+    static const char *const months[] = {"January",   "February", "March",    "April",
+                                         "May",       "June",     "July",     "August",
+                                         "September", "October",  "November", "December"};
+    for (int m = 0; m < 12; ++m) {
+        mon_[m] = named(new QLabel(months[m], this), "mon", m);
+        mon_[m]->setFont(calendarFont(kMonthFontPoints, true));
+        mon_[m]->setAlignment(Qt::AlignCenter);
+        mon_[m]->setAutoFillBackground(true);
+        mon_[m]->setGeometry(pixels(monthBox(m)));
+    }
+
+    static const char *const weekdays[] = {"Su", "Mo", "Tu", "We", "Th", "Fr", "Sa"};
+    for (int i = 0; i < 84; ++i) {
+        w_[i] = named(new QLabel(weekdays[i % 7], this), "w", i);
+        w_[i]->setFont(calendarFont(kDayFontPoints, true));
+        w_[i]->setAlignment(Qt::AlignCenter);
+        setColour(w_[i], QPalette::WindowText, kHeaderGrey);
+        w_[i]->setGeometry(pixels(weekdayBox(i)));
+    }
+
+    createDayCells();
+
+    for (int i = 0; i < 3; ++i) {
+        line1_[i] = named(line(this, QFrame::VLine), "Line1", i);
+        const VLine l = monthSeparator(i);
+        line1_[i]->setGeometry(pixels(l.x, l.top, rt::twipsPerPixel(), l.bottom - l.top));
+    }
+    const char *const rowLines[] = {"Line4", "Line5"};
+    for (int i = 0; i < 2; ++i) {
+        QFrame *frame = line(this, QFrame::HLine);
+        frame->setObjectName(rowLines[i]);
+        const HLine l = rowSeparator(i);
+        frame->setGeometry(pixels(l.left, l.y, l.right - l.left, rt::twipsPerPixel()));
+    }
+}
+
+void UserControl1::createDayCells()
+{
+    for (int k = 0; k < kJanuaryCells; ++k) {
+        auto *cell = named(new DayLabel(this), "j1", k);
+        cell->setGeometry(pixels(dayCellBox(true, k)));
+        connectDayCell(cell, true, k);
+        cells_[j1(k)] = cell;
+    }
+    for (int i = 0; i < kLaterCells; ++i) {
+        auto *cell = named(new DayLabel(this), "f1", i);
+        cell->setGeometry(pixels(dayCellBox(false, i)));
+        connectDayCell(cell, false, i);
+        cells_[f1(i)] = cell;
+    }
+}
+
+void UserControl1::connectDayCell(DayLabel *cell, bool inJanuary, int index)
+{
+    connect(cell, &DayLabel::clicked, this, [=, this] { dayClick(inJanuary, index); });
+    connect(cell, &DayLabel::doubleClicked, this,
+            [=, this] { inJanuary ? j1_DblClick(index) : f1_DblClick(index); });
+    connect(cell, &DayLabel::mouseDown, this,
+            [=, this](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPointF pos) {
+                const int code = button == Qt::LeftButton     ? 1
+                                 : button == Qt::RightButton  ? 2
+                                 : button == Qt::MiddleButton ? 4
+                                                              : 0;
+                const int shift = (modifiers & Qt::ShiftModifier ? 1 : 0) |
+                                  (modifiers & Qt::ControlModifier ? 2 : 0) |
+                                  (modifiers & Qt::AltModifier ? 4 : 0);
+                const double x = rt::pixelsToTwips(pos.x());
+                const double y = rt::pixelsToTwips(pos.y());
+                inJanuary ? j1_MouseDown(index, code, shift, x, y)
+                          : f1_MouseDown(index, code, shift, x, y);
+            });
+}
+
+// Runs a change of the model and then brings the labels up to date, also when the change
+// fails half-way: the cells then show what the model was left with.
+template <typename Change> auto UserControl1::change(Change &&apply)
+{
+    struct Refresh {
+        UserControl1 *control;
+        ~Refresh() { control->showCells(); }
+    } refresh{this};
+    return apply();
+}
+
+void UserControl1::showCells()
+{
+    for (const int cell : model_.grid().takeChanged())
+        cells_[cell]->display(model_.grid()[cell]);
+    if (model_.takeYearTextRefresh())
+        label12_->setText(QString::number(model_.displayedYear()));
+}
+
+void UserControl1::paintMonths()
+{
+    for (QLabel *title : mon_) {
+        QPalette p = title->palette();
+        p.setColor(QPalette::Window, rt::toQColor(model_.monthBackColor()));
+        p.setColor(QPalette::WindowText, rt::toQColor(model_.monthForeColor()));
+        title->setPalette(p);
+    }
+}
+
+void UserControl1::setDay_ForeColor(rt::WinColor colour)
+{
+    change([&] { model_.setDayForeColor(colour); });
+}
+
+void UserControl1::setDay_BackColor(rt::WinColor colour)
+{
+    change([&] { model_.setDayBackColor(colour); });
+}
+
+void UserControl1::setMonth_ForeColor(rt::WinColor colour)
+{
+    model_.setMonthForeColor(colour);
+    paintMonths();
+}
+
+void UserControl1::setMonth_BackColor(rt::WinColor colour)
+{
+    model_.setMonthBackColor(colour);
+    paintMonths();
+}
+
+void UserControl1::SetDayBackColor(rt::Date date, rt::WinColor colour)
+{
+    change([&] { model_.SetDayBackColor(date, colour); });
+}
+
+void UserControl1::SetDayForeColor(rt::Date date, rt::WinColor colour)
+{
+    change([&] { model_.SetDayForeColor(date, colour); });
+}
+
+rt::WinColor UserControl1::GetDayBackcolor(rt::Date date) const
+{
+    return model_.GetDayBackcolor(date);
+}
+
+void UserControl1::cmdLeft_Click()
+{
+    stepYear(1);
+}
+
+void UserControl1::cmdRight_Click()
+{
+    stepYear(-1);
+}
+
+void UserControl1::stepYear(int delta)
+{
+    change([&] { model_.stepYear(delta); });
+    j1_Click(20);
+    emit YearChanged();
+}
+
+void UserControl1::j1_Click(int index)
+{
+    dayClick(true, index);
+}
+
+void UserControl1::f1_Click(int index)
+{
+    dayClick(false, index);
+}
+
+void UserControl1::dayClick(bool inJanuary, int index)
+{
+    const rt::Date date = change([&] { return model_.click(inJanuary, index); });
+    emit DateClick(date);
+    model_.setSelected(date);
+}
+
+void UserControl1::j1_MouseDown(int index, int button, [[maybe_unused]] int shift,
+                                [[maybe_unused]] double x, [[maybe_unused]] double y)
+{
+    dayMouseDown(true, index, button);
+}
+
+void UserControl1::f1_MouseDown(int index, int button, [[maybe_unused]] int shift,
+                                [[maybe_unused]] double x, [[maybe_unused]] double y)
+{
+    dayMouseDown(false, index, button);
+}
+
+void UserControl1::dayMouseDown(bool inJanuary, int index, int button)
+{
+    if (button == 2)
+        emit DateRClick(model_.cellDate(inJanuary, index));
+}
+
+void UserControl1::j1_DblClick(int index)
+{
+    emit DateDblClick(model_.cellDate(true, index));
+}
+
+void UserControl1::f1_DblClick(int index)
+{
+    emit DateDblClick(model_.cellDate(false, index));
+}
+
+void UserControl1::Label12_KeyPress(int keyAscii)
+{
+    if (keyAscii == 13)
+        change([&] { model_.enterYear(label12_->text()); });
+}
+
+void UserControl1::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    UserControl_Resize();
+}
+
+// Only horizontal places and widths follow the width; tops and heights stay as designed.
+void UserControl1::UserControl_Resize()
+{
+    const Placement p = ratios_.place(rt::pixelsToTwips(width()));
+    for (int cell = 0; cell < kCells; ++cell) {
+        const bool january = cell < kJanuaryCells;
+        const int index = january ? cell : cell - kJanuaryCells;
+        const Box design = dayCellBox(january, index);
+        const double left = january ? p.j1Left[index] : p.f1Left[index];
+        cells_[cell]->setGeometry(pixels(left, design.top, p.cellWidth, design.height));
+        cells_[cell]->setFontPoints(p.cellFontPoints);
+    }
+    for (int m = 0; m < 12; ++m) {
+        const Box design = monthBox(m);
+        mon_[m]->setGeometry(pixels(p.monLeft[m], design.top, p.monWidth, design.height));
+    }
+    const QFont headerFont = calendarFont(p.wFontPoints, true);
+    for (int i = 0; i < 84; ++i) {
+        const Box design = weekdayBox(i);
+        w_[i]->setGeometry(pixels(p.wLeft[i], design.top, p.wWidth, design.height));
+        w_[i]->setFont(headerFont);
+    }
+    for (int i = 0; i < 3; ++i)
+        line1_[i]->move(rt::twipsToPixels(p.line1X[i]), line1_[i]->y());
+    const Box right = rightButtonBox();
+    cmdRight_->setGeometry(pixels(p.cmdRightLeft, right.top, right.width, right.height));
+    const Box year = yearBox();
+    label12_->setGeometry(pixels(p.label12Left, year.top, p.label12Width, year.height));
+    const Box left = leftButtonBox();
+    cmdLeft_->setGeometry(pixels(p.cmdLeftLeft, left.top, left.width, left.height));
+}
