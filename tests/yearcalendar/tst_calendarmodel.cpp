@@ -1,0 +1,217 @@
+#include "runtime/Clock.h"
+#include "runtime/RuntimeError.h"
+#include "yearcalendar/CalendarModel.h"
+
+#include <QTest>
+
+using namespace yearcal;
+
+namespace
+{
+
+constexpr rt::WinColor kGreen = 0x00FF00;
+constexpr rt::WinColor kPink = 0xFF00FF;
+
+rt::Date date(int year, int month, int day)
+{
+    return rt::DateSerial(year, month, day);
+}
+
+// The cell showing a day of the displayed year.
+int cellOf(const CalendarModel &model, int month, int day)
+{
+    const int first = month == 1 ? j1(0) : f1((month - 2) * 42);
+    for (int cell = first; cell < first + 42; ++cell) {
+        if (model.grid()[cell].caption == day)
+            return cell;
+    }
+    return -1;
+}
+
+} // namespace
+
+class TestCalendarModel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        rt::Clock::setSource([] { return date(2024, 3, 15) + 0.5; });
+    }
+    void cleanup() { rt::Clock::setSource({}); }
+
+    void colourByDate_data();
+    void colourByDate();
+    void clickRebuildsAndReapplies();
+    void yearButtonsReapplyTheirYear();
+    void enterKeepsTheCellsColours();
+    void enterRejectsNonYears_data();
+    void enterRejectsNonYears();
+    void dayForeColorKeepsTodayRed();
+    void todayInJanuaryOutlivesJanuary();
+};
+
+void TestCalendarModel::colourByDate_data()
+{
+    QTest::addColumn<rt::Date>("painted");
+    QTest::addColumn<rt::Date>("read");
+    QTest::addColumn<uint>("colour");
+    QTest::newRow("day of the year") << date(2024, 3, 3) << date(2024, 3, 3) << uint(kGreen);
+    QTest::newRow("January of another year")
+        << date(2019, 1, 5) << date(2024, 1, 5) << uint(kGreen);
+    QTest::newRow("January read with another year")
+        << date(2024, 1, 5) << date(1990, 1, 5) << uint(kGreen);
+    QTest::newRow("February of another year")
+        << date(2019, 2, 5) << date(2024, 2, 5) << uint(rt::kWhite);
+    QTest::newRow("read outside the year") << date(2024, 2, 5) << date(2025, 2, 5) << 0u;
+    QTest::newRow("leap day") << date(2024, 2, 29) << date(2024, 2, 29) << uint(kGreen);
+}
+
+void TestCalendarModel::colourByDate()
+{
+    QFETCH(rt::Date, painted);
+    QFETCH(rt::Date, read);
+    QFETCH(uint, colour);
+    CalendarModel model;
+    model.SetDayBackColor(painted, kGreen);
+    QCOMPARE(model.GetDayBackcolor(read), colour);
+}
+
+// A click whitens and rebuilds the year, brings back the colours kept for the displayed year
+// and greys only the clicked cell. A January colour given with another year's date showed at
+// once but is not kept for this year; colours set on cells directly are lost.
+void TestCalendarModel::clickRebuildsAndReapplies()
+{
+    CalendarModel model;
+    const YearGrid &grid = model.grid();
+    model.SetDayBackColor(date(2024, 3, 3), kGreen);
+    model.SetDayBackColor(date(2019, 1, 9), kGreen);
+    model.SetDayForeColor(date(2024, 12, 24), kPink);
+    const int april1 = cellOf(model, 4, 1);
+    model.grid().setBack(april1, kPink);
+    QCOMPARE(model.GetDayBackcolor(date(2024, 1, 9)), kGreen);
+
+    const int march10 = cellOf(model, 3, 10);
+    QCOMPARE(model.click(false, march10 - kJanuaryCells), date(2024, 3, 10));
+    QCOMPARE(grid[march10].back, kSelectionGrey);
+    QCOMPARE(model.GetDayBackcolor(date(2024, 3, 3)), kGreen);
+    QCOMPARE(model.GetDayBackcolor(date(2024, 1, 9)), rt::kWhite);
+    QCOMPARE(grid[cellOf(model, 12, 24)].fore, kPink);
+    QCOMPARE(grid[april1].back, rt::kWhite);
+
+    const int march3 = cellOf(model, 3, 3);
+    model.click(false, march3 - kJanuaryCells);
+    QCOMPARE(grid[march10].back, rt::kWhite);
+    QCOMPARE(grid[march3].back, kSelectionGrey);
+    QCOMPARE(model.click(true, cellOf(model, 1, 2)), date(2024, 1, 2));
+    QCOMPARE(grid[march3].back, kGreen);
+    int grey = 0;
+    for (int cell = 0; cell < kCells; ++cell)
+        grey += grid[cell].back == kSelectionGrey;
+    QCOMPARE(grey, 1);
+}
+
+// A January colour is kept with the cell of the January on show when it was given: in its
+// own year that cell may show another day.
+void TestCalendarModel::yearButtonsReapplyTheirYear()
+{
+    CalendarModel model;
+    model.SetDayBackColor(date(2024, 3, 3), kGreen);
+    model.SetDayBackColor(date(2025, 1, 5), kPink);
+    QCOMPARE(model.grid()[j1(5)].caption, 5);
+
+    model.stepYear(1);
+    QCOMPARE(model.displayedYear(), 2025);
+    QCOMPARE(model.GetDayBackcolor(date(2025, 3, 3)), rt::kWhite);
+    QCOMPARE(model.grid()[j1(5)].caption, 3);
+    QCOMPARE(model.GetDayBackcolor(date(2025, 1, 3)), kPink);
+    QCOMPARE(model.GetDayBackcolor(date(2025, 1, 5)), rt::kWhite);
+
+    model.stepYear(-1);
+    QCOMPARE(model.GetDayBackcolor(date(2024, 3, 3)), kGreen);
+    QCOMPARE(model.GetDayBackcolor(date(2024, 1, 5)), rt::kWhite);
+}
+
+// Enter refills the grid and nothing else: colours stay on their cells, which now show other
+// days, until the next click re-applies the new year's.
+void TestCalendarModel::enterKeepsTheCellsColours()
+{
+    CalendarModel model;
+    model.SetDayBackColor(date(2024, 3, 3), kGreen);
+    const int march3 = cellOf(model, 3, 3);
+    model.click(true, 20);
+    model.takeYearTextRefresh();
+
+    model.enterYear("2025");
+    QCOMPARE(model.displayedYear(), 2025);
+    QVERIFY(model.takeYearTextRefresh());
+    QCOMPARE(model.grid()[march3].caption, 2);
+    QCOMPARE(model.GetDayBackcolor(date(2025, 3, 2)), kGreen);
+    QCOMPARE(model.grid()[j1(20)].back, kSelectionGrey);
+
+    model.click(true, 20);
+    QCOMPARE(model.grid()[march3].back, rt::kWhite);
+}
+
+void TestCalendarModel::enterRejectsNonYears_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("error"); // 0: accepted
+    QTest::newRow("blanks around") << " 2030 " << 0;
+    QTest::newRow("word") << "abc" << 13;
+    QTest::newRow("empty") << "" << 13;
+    QTest::newRow("two digits") << "99" << 13;
+    QTest::newRow("five digits") << "10000" << 13;
+    QTest::newRow("beyond a long") << "3000000000" << 6;
+}
+
+void TestCalendarModel::enterRejectsNonYears()
+{
+    QFETCH(QString, text);
+    QFETCH(int, error);
+    CalendarModel model;
+    try {
+        model.enterYear(text);
+        QCOMPARE(error, 0);
+        QCOMPARE(model.displayedYear(), 2030);
+    } catch (const rt::RuntimeError &e) {
+        QCOMPARE(e.number(), error);
+    }
+}
+
+void TestCalendarModel::dayForeColorKeepsTodayRed()
+{
+    CalendarModel model;
+    const int today = cellOf(model, 3, 15);
+    model.setDayForeColor(kGreen);
+    QCOMPARE(model.grid()[today].fore, rt::kRed);
+    QCOMPARE(model.grid()[cellOf(model, 3, 16)].fore, kGreen);
+
+    model.stepYear(1);
+    model.setDayForeColor(kPink);
+    for (int cell = 0; cell < kCells; ++cell)
+        QCOMPARE(model.grid()[cell].fore, kPink);
+}
+
+// Once today has been found in January, the setter keeps painting a January cell: the one
+// at today's index in February's cells, or none at all from March on.
+void TestCalendarModel::todayInJanuaryOutlivesJanuary()
+{
+    rt::Clock::setSource([] { return date(2024, 1, 10); });
+    CalendarModel model;
+    rt::Clock::setSource([] { return date(2024, 2, 3); });
+    model.click(true, 20);
+    QCOMPARE(model.grid()[f1(6)].fore, rt::kRed);
+
+    model.setDayForeColor(kGreen);
+    QCOMPARE(model.grid()[j1(6)].fore, rt::kRed);
+    QCOMPARE(model.grid()[f1(6)].fore, kGreen);
+
+    rt::Clock::setSource([] { return date(2024, 3, 15); });
+    model.click(true, 20);
+    QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, model.setDayForeColor(kGreen));
+}
+
+QTEST_APPLESS_MAIN(TestCalendarModel)
+#include "tst_calendarmodel.moc"
