@@ -28,15 +28,7 @@ bool isAsciiDigit(QChar c)
 
 int digitValue(QChar c, int radix)
 {
-    const char16_t u = c.unicode();
-    int value = radix;
-    if (u >= '0' && u <= '9')
-        value = u - '0';
-    else if (u >= 'a' && u <= 'f')
-        value = u - 'a' + 10;
-    else if (u >= 'A' && u <= 'F')
-        value = u - 'A' + 10;
-    return value < radix ? value : -1;
+    return int(QStringView(u"0123456789ABCDEF").first(radix).indexOf(c.toUpper()));
 }
 
 // The digits of a decimal number, kept as text so that the conversion to double rounds once.
@@ -86,7 +78,7 @@ public:
     {
         return pos_ + ahead < text_.size() ? text_[pos_ + ahead] : QChar();
     }
-    void skip(qsizetype count = 1) { pos_ += count; }
+    void skip() { ++pos_; }
     void skipBlanks()
     {
         while (peek().isSpace())

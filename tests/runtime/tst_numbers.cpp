@@ -14,16 +14,15 @@ template <typename T>
 QString outcome(T (*convert)(const QString &), bool (*tryConvert)(const QString &, T &),
                 const QString &text)
 {
-    const T untouched = 7;
-    T field = untouched;
+    T field = 7;
     const bool converted = tryConvert(text, field);
     try {
         const T value = convert(text);
-        return converted && field == value ? QString::number(double(value), 'g', 15)
-                                           : QStringLiteral("try form differs");
+        const bool agrees = converted && field == value;
+        return QString::number(double(value), 'g', 15) + (agrees ? "" : " (try form failed)");
     } catch (const rt::RuntimeError &error) {
-        return !converted && field == untouched ? QStringLiteral("E%1").arg(error.number())
-                                                : QStringLiteral("try form changed the field");
+        const bool agrees = !converted && field == 7;
+        return QStringLiteral("E%1").arg(error.number()) + (agrees ? "" : " (try form converted)");
     }
 }
 
@@ -50,36 +49,22 @@ private slots:
         };
 
         row("en_US", " \t007 ", "7", "7", "7");
-        row("en_US", "5-", "-5", "-5", "-5");
-        row("en_US", "( 5 )", "-5", "-5", "-5");
         row("en_US", " -$1,234.5 ", "-1234", "-1234", "-1234.5");
-        row("en_US", "($1,234)", "-1234", "-1234", "-1234");
-        row("en_US", "1,2,34$", "1234", "1234", "1234");
-        row("en_US", ".5", "0", "0", "0.5");
+        row("en_US", "($1,2,34)", "-1234", "-1234", "-1234");
         row("en_US", "1.5E-2", "0", "0", "0.015");
-        row("en_US", "1.5", "2", "2", "1.5");
-        row("en_US", "2.5", "2", "2", "2.5");
         row("en_US", "-2.5", "-2", "-2", "-2.5");
-        row("en_US", "2.500001", "3", "3", "2.500001");
         row("en_US", "32767.5", "32768", "E6", "32767.5");
         row("en_US", "-32768.5", "-32768", "-32768", "-32768.5");
-        row("en_US", "2147483647", "2147483647", "E6", "2147483647");
-        row("en_US", "-2147483648", "-2147483648", "E6", "-2147483648");
         row("en_US", "2147483647.5", "E6", "E6", "2147483647.5");
         row("en_US", "1e10", "E6", "E6", "10000000000");
-        row("en_US", "1e400", "E6", "E6", "E6");
         row("en_US", QString(400, QLatin1Char('9')), "E6", "E6", "E6");
         row("en_US", "1e-400", "0", "0", "0");
-        row("en_US", "&HFFFF", "65535", "-1", "65535");
-        row("en_US", "&h8000", "32768", "-32768", "32768");
+        row("en_US", "&hFFFF", "65535", "-1", "65535");
         row("en_US", "&H10000", "65536", "E6", "65536");
         row("en_US", "&HFFFFFFFF", "-1", "E6", "-1");
-        row("en_US", "&H100000000", "E6", "E6", "E6");
         row("en_US", " &O177777 ", "65535", "-1", "65535");
         row("de_DE", "5.5", "55", "55", "55");
-        row("de_DE", "1,5", "2", "2", "1.5");
         row("de_DE", "-1.234,5 €", "-1234", "-1234", "-1234.5");
-        row("de_DE", "1.5,5.5", "E13", "E13", "E13");
         for (const char *text :
              {"",    "  ",    "abc",   "12abc", "0x10",  "1d3",  "5%", "True", "--5",
               "-5-", "(-5)",  "(5",    "5)",    "$5$",   ",5",   "5,", "1,,2", "1.2.3",
@@ -102,20 +87,13 @@ private slots:
         QTest::addColumn<double>("expected");
 
         QTest::newRow("junk after") << "12abc" << 12.0;
-        QTest::newRow("blanks inside") << " 2 45 7" << 2457.0;
-        QTest::newRow("tab and line feed") << "\t-\n7" << -7.0;
+        QTest::newRow("blanks, tabs, line feeds") << " 2\t45\n7" << 2457.0;
         QTest::newRow("carriage return stops") << "1\r2" << 1.0;
         QTest::newRow("comma stops") << "1,5" << 1.0;
-        QTest::newRow("second point stops") << "1.2.3" << 1.2;
-        QTest::newRow("exponent") << "1e3x" << 1000.0;
-        QTest::newRow("d exponent") << "1D+3" << 1000.0;
+        QTest::newRow("d exponent") << "1D+3x" << 1000.0;
         QTest::newRow("bare exponent") << "1e" << 1.0;
-        QTest::newRow("nothing") << "" << 0.0;
-        QTest::newRow("no digits") << "abc" << 0.0;
-        QTest::newRow("double sign") << "--5" << 0.0;
         QTest::newRow("hex integer") << "&HFFFF" << -1.0;
         QTest::newRow("hex long") << "&H10000" << 65536.0;
-        QTest::newRow("hex long negative") << "&HFFFFFFFF" << -1.0;
         QTest::newRow("octal stops at 8") << "&O178" << 15.0;
         QTest::newRow("huge") << "-1e999" << -HUGE_VAL;
     }
@@ -132,12 +110,7 @@ private slots:
         QVERIFY(rt::numberEqualsText(5, QStringLiteral(" 5")));
         QVERIFY(rt::numberEqualsText(5, QStringLiteral("05")));
         QVERIFY(!rt::numberEqualsText(5, QStringLiteral("5.5")));
-        try {
-            rt::numberEqualsText(5, QStringLiteral("five"));
-            QFAIL("text that is no number compared");
-        } catch (const rt::RuntimeError &error) {
-            QCOMPARE(error.number(), 13);
-        }
+        QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, rt::numberEqualsText(5, QStringLiteral("five")));
     }
 };
 
