@@ -1,0 +1,174 @@
+#include "mainwindow/Painters.h"
+
+#include "runtime/DateText.h"
+#include "runtime/Numbers.h"
+
+#include <array>
+
+namespace
+{
+
+// The weekday number of a stored day name, or the previous event's number when the name
+// is none of them.
+void mapWeekday(const QString &day, int &weekday)
+{
+    static const std::array<QString, 7> names = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                                 "Thursday", "Friday", "Saturday"};
+    for (int i = 0; i < 7; ++i) {
+        if (day == names[i])
+            weekday = i + 1;
+    }
+}
+
+} // namespace
+
+Painters::Painters(CalendarSurface &calendar, const store::Model &model, ViewFilters &filters)
+    : calendar_(calendar), model_(model), filters_(filters)
+{
+}
+
+rt::WinColor Painters::category_colour(const QString &name) const
+{
+    std::int32_t result = 0;
+    for (qsizetype i = 0; i < model_.categoryNames.size(); ++i) {
+        if (model_.categoryNames[i] == name)
+            rt::tryCLng(model_.categoryColours.value(i), result);
+    }
+    return rt::WinColor(result);
+}
+
+void Painters::applyColour(rt::Date date, rt::WinColor compareWith, rt::WinColor colour)
+{
+    const rt::WinColor current = calendar_.GetDayBackcolor(date);
+    if (current == rt::kWhite || current == compareWith) {
+        calendar_.SetDayBackColor(date, colour);
+        return;
+    }
+    std::int32_t more = 0;
+    if (rt::tryCLng(model_.categoryColours.value(1), more))
+        calendar_.SetDayBackColor(date, rt::WinColor(more));
+}
+
+void Painters::applyColour(rt::Date date, const QString &category)
+{
+    const rt::WinColor colour = category_colour(category);
+    applyColour(date, colour, colour);
+}
+
+Painters::WeeklyRange Painters::weeklyRange() const
+{
+    // The last day of the year before the selected date's, and that year's length by the
+    // rule of four alone.
+    const int year = rt::Year(calendar_.Selected());
+    WeeklyRange range;
+    rt::tryCDate(QStringLiteral("12/31/") + QString::number(year - 1), range.start);
+    range.days = year % 4 == 0 ? 366 : 365;
+    return range;
+}
+
+void Painters::paintWeekly(const store::RecurringEvent &event, const WeeklyRange &range,
+                           int &weekday)
+{
+    mapWeekday(event.day, weekday);
+    const rt::WinColor colour = category_colour(event.cat);
+    for (int n = 1; n <= range.days; ++n) {
+        const rt::Date date = range.start + n;
+        if (rt::Weekday(date) == weekday)
+            applyColour(date, colour, colour);
+    }
+}
+
+void Painters::paintMonthly(const store::RecurringEvent &event, rt::Date &date)
+{
+    const QString rest = QLatin1Char('/') + event.day + QLatin1Char('/') +
+                         QString::number(calendar_.displayedYear());
+    const rt::WinColor colour = category_colour(event.cat);
+    for (int m = 1; m <= 12; ++m) {
+        // A day the month lacks leaves the previous month's date in place.
+        rt::tryCDate(QString::number(m) + rest, date);
+        applyColour(date, colour, colour);
+    }
+}
+
+void Painters::paintYearly(const store::RecurringEvent &event, rt::Date &date)
+{
+    rt::tryCDate(event.month + QLatin1Char('/') + event.day + QLatin1Char('/') +
+                     QString::number(calendar_.displayedYear()),
+                 date);
+    applyColour(date, event.cat);
+}
+
+void Painters::repaint()
+{
+    calendar_.setDayBackColorAll(rt::kWhite);
+    for (qsizetype i = 0; i < filters_.v1.size(); ++i) {
+        if (filters_.v1[i].checked)
+            paint_category(int(i));
+    }
+    if (filters_.weekly)
+        paint_weekly();
+    if (filters_.mon)
+        paint_monthly();
+    if (filters_.yearly)
+        paint_yearly();
+}
+
+void Painters::paint_category(int index)
+{
+    filters_.v1[index].checked = true;
+    const QString name = filters_.v1[index].caption;
+    const WeeklyRange range = weeklyRange();
+    int weekday = 0;
+    rt::Date date = 0;
+    for (int i = 1; i <= model_.recurringCount(); ++i) {
+        const store::RecurringEvent &event = model_.recurring[i];
+        if (event.cat != name)
+            continue;
+        if (event.type == store::kWeekly)
+            paintWeekly(event, range, weekday);
+        else if (event.type == store::kMonthly)
+            paintMonthly(event, date);
+        else if (event.type == store::kYearly)
+            paintYearly(event, date);
+    }
+    const int year = calendar_.displayedYear();
+    for (int i = 1; i <= model_.eventCount(); ++i) {
+        const store::Event &event = model_.events[i];
+        if (event.cat != name || rt::Year(event.date) != year)
+            continue;
+        // The day's colour is compared with the "category" named by the date's text, which
+        // never exists: a day that already has any colour but white or black turns "More".
+        applyColour(event.date, category_colour(rt::CStr(event.date)), category_colour(event.cat));
+    }
+}
+
+void Painters::paint_weekly()
+{
+    filters_.weekly = true;
+    const WeeklyRange range = weeklyRange();
+    int weekday = 0;
+    for (int i = 1; i <= model_.recurringCount(); ++i) {
+        if (model_.recurring[i].type == store::kWeekly)
+            paintWeekly(model_.recurring[i], range, weekday);
+    }
+}
+
+void Painters::paint_monthly()
+{
+    filters_.mon = true;
+    rt::Date date = 0;
+    for (int i = 1; i <= model_.recurringCount(); ++i) {
+        if (model_.recurring[i].type == store::kMonthly)
+            paintMonthly(model_.recurring[i], date);
+    }
+}
+
+void Painters::paint_yearly()
+{
+    filters_.yearly = true;
+    rt::Date date = 0;
+    for (int i = 1; i <= model_.recurringCount(); ++i) {
+        if (model_.recurring[i].type == store::kYearly)
+            paintYearly(model_.recurring[i], date);
+    }
+}
