@@ -16,6 +16,9 @@
 namespace
 {
 
+// Keeps the colour reads from being optimised away.
+volatile rt::WinColor readBack = 0;
+
 // Runs an operation repeatedly; prints the mean and the worst time in milliseconds.
 void time(const char *what, int runs, const std::function<void(int)> &operation)
 {
