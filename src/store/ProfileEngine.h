@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// Our own profile engine: the Windows functions GetPrivateProfileStringA and
+// WritePrivateProfileStringA as a program calls them with a full path, a section and a key.
+// Files are Windows-1252 bytes, or UTF-16LE when they start with FF FE. A write edits the
+// file in place (every other byte stays as it was) and replaces it atomically.
+//
+// A parsed copy of each file is kept between calls and checked against the file on disk at
+// every call, so a read is one stat and two hash lookups.
+namespace store
+{
+
+// Reads `key` of `section`: at most bufferSize - 1 characters go to `result`, and their
+// count is returned. A missing file, section or key gives `defaultValue` without its
+// trailing spaces.
+int getPrivateProfileString(const QString &section, const QString &key, const QString &defaultValue,
+                            QString &result, int bufferSize, const QString &fileName);
+
+// Writes `value` to `key` of `section`, creating the file, the section and the key as
+// needed. Returns false when the file could not be written; the file is then unchanged.
+bool writePrivateProfileString(const QString &section, const QString &key, const QString &value,
+                               const QString &fileName);
+
+namespace profilecache
+{
+
+void clear();         // forgets every parsed copy
+quint64 parseCount(); // how many times file contents have been parsed so far
+
+// Parses file contents the way the engine does and returns how many keys are reachable.
+qsizetype parseForBenchmark(const QByteArray &fileBytes);
+
+} // namespace profilecache
+} // namespace store
