@@ -492,7 +492,7 @@ bool replaceFile(const QString &path, const QByteArray &bytes, FileId &id)
     bool ok = writeAll(fd, bytes);
     if (ok && exists) {
         if (::fchown(fd, old.st_uid, old.st_gid) != 0) {
-            // Only the owner's own files are ours to hand back; the mode still follows.
+            // Handing the file back to another owner needs privileges we may lack.
         }
         ok = ::fchmod(fd, old.st_mode & 07777) == 0;
     }
