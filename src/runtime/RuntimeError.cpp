@@ -39,6 +39,11 @@ RuntimeError RuntimeError::overflow()
     return {6, QStringLiteral("Overflow")};
 }
 
+RuntimeError RuntimeError::subscriptOutOfRange()
+{
+    return {9, QStringLiteral("Subscript out of range")};
+}
+
 QString runtimeErrorText(const RuntimeError &error)
 {
     return QStringLiteral("Run-time error '%1':\n\n%2")

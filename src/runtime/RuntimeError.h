@@ -20,6 +20,7 @@ public:
 
     static RuntimeError typeMismatch(); // 13
     static RuntimeError overflow();     // 6
+    static RuntimeError subscriptOutOfRange(); // 9
 
 private:
     int number_;

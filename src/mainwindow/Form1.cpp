@@ -1,0 +1,501 @@
+#include "mainwindow/Form1.h"
+
+#include "mainwindow/DayView.h"
+#include "mainwindow/Painters.h"
+#include "runtime/Colors.h"
+#include "runtime/Numbers.h"
+#include "runtime/Twips.h"
+#include "yearcalendar/UserControl1.h"
+
+#include <QCloseEvent>
+#include <QCursor>
+#include <QFontInfo>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMenuBar>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTimer>
+
+namespace
+{
+
+// Design-time geometry, in twips.
+constexpr int kStartHeight = 8145;
+constexpr int kCalHeight = 7455;
+constexpr int kFrameTop = 600;
+constexpr int kFrameHeight = 4335;
+constexpr int kLegendTop = 285; // rows start below the frame's caption
+constexpr int kRowHeight = 270;
+constexpr int kBoxHeight = 210;
+constexpr int kPictureTop = 5160;
+constexpr int kPictureHeight = 2160;
+
+int px(double twips)
+{
+    return rt::twipsToPixels(twips);
+}
+
+class CalAdapter : public CalendarSurface
+{
+public:
+    explicit CalAdapter(UserControl1 &cal) : cal_(cal) {}
+    void setDayBackColorAll(rt::WinColor color) override { cal_.setDay_BackColor(color); }
+    void SetDayBackColor(rt::Date date, rt::WinColor color) override
+    {
+        cal_.SetDayBackColor(date, color);
+    }
+    rt::WinColor GetDayBackcolor(rt::Date date) override { return cal_.GetDayBackcolor(date); }
+    rt::Date Selected() const override { return cal_.Selected(); }
+    int displayedYear() const override { return cal_.displayedYear(); }
+
+private:
+    UserControl1 &cal_;
+};
+
+// A check item whose handler does the toggling itself, as a direct call would.
+void onToggle(QAction *action, std::function<void()> handler)
+{
+    QObject::connect(action, &QAction::triggered, action, [action, handler] {
+        action->setChecked(!action->isChecked());
+        handler();
+    });
+}
+
+QString menuText(const QString &caption)
+{
+    return QString(caption).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+QFont legendTitleFont()
+{
+    QFont font(QStringLiteral("Impact"), 12);
+    if (QFontInfo(font).family() != QLatin1String("Impact")) {
+        font = QFont(QStringLiteral("Liberation Sans"), 12, QFont::Bold);
+        font.setStretch(QFont::Condensed);
+    }
+    return font;
+}
+
+} // namespace
+
+Form1::Form1(QWidget *parent) : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("Form1"));
+    setWindowTitle(QStringLiteral("ORVA's Calender"));
+    createControls();
+    createMenus();
+}
+
+Form1::~Form1() = default;
+
+void Form1::createControls()
+{
+    auto *central = new QWidget(this);
+    setCentralWidget(central);
+
+    cal_ = new UserControl1(central);
+    cal_->setObjectName(QStringLiteral("Cal"));
+    connect(cal_, &UserControl1::DateRClick, this, &Form1::Cal_DateRClick);
+    connect(cal_, &UserControl1::DateDblClick, this, &Form1::Cal_DateDblClick);
+    connect(cal_, &UserControl1::YearChanged, this, &Form1::Cal_YearChanged);
+
+    frame1_ = new QGroupBox(QStringLiteral("Legend"), central);
+    frame1_->setObjectName(QStringLiteral("Frame1"));
+    frame1_->setFont(legendTitleFont());
+    auto *legendArea = new QWidget(frame1_);
+    legendArea->setObjectName(QStringLiteral("legendArea"));
+    legendArea->move(0, px(kLegendTop));
+
+    vScroll1_ = new QScrollBar(Qt::Vertical, central);
+    vScroll1_->setObjectName(QStringLiteral("vScroll1"));
+    vScroll1_->setSingleStep(kRowHeight);
+    connect(vScroll1_, &QScrollBar::valueChanged, this, &Form1::vScroll1_Change);
+
+    picture1_ = new QLabel(central);
+    picture1_->setObjectName(QStringLiteral("Picture1"));
+    picture1_->setToolTip(QStringLiteral("Go to Homepage"));
+    picture1_->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    picture1_->setAutoFillBackground(true);
+    picture1_->setPalette(QPalette(Qt::white));
+
+    timer1_ = new QTimer(this);
+    timer1_->setObjectName(QStringLiteral("Timer1"));
+    timer1_->setInterval(40);
+    timer2_ = new QTimer(this);
+    timer2_->setObjectName(QStringLiteral("Timer2"));
+    timer2_->setInterval(40);
+
+    cal_->setGeometry(0, 0, px(12945 * 0.834), px(kCalHeight));
+    frame1_->setGeometry(0, px(kFrameTop), 0, px(kFrameHeight));
+    vScroll1_->setGeometry(0, px(kFrameTop + kLegendTop), 0, px(kFrameHeight - kLegendTop - 60));
+    picture1_->setGeometry(0, px(kPictureTop), 0, px(kPictureHeight));
+    legendArea->resize(0, px(kFrameHeight - kLegendTop - 60));
+}
+
+QAction *Form1::addItem(QMenu *menu, const char *name, const QString &caption,
+                        const QKeySequence &shortcut)
+{
+    QAction *action = menu->addAction(caption);
+    action->setObjectName(QLatin1String(name));
+    action->setShortcut(shortcut);
+    return action;
+}
+
+void Form1::createMenus()
+{
+    QMenuBar *bar = menuBar();
+    auto addMenu = [bar](const char *name, const QString &caption) {
+        QMenu *menu = bar->addMenu(caption);
+        menu->setObjectName(QLatin1String(name));
+        menu->menuAction()->setObjectName(QLatin1String(name) + QLatin1String("Menu"));
+        return menu;
+    };
+
+    QMenu *file = addMenu("file", QStringLiteral("&File"));
+    addItem(file, "printcal", QStringLiteral("Print Calendar..."))->setEnabled(false);
+    addItem(file, "print", QStringLiteral("Print..."))->setEnabled(false);
+    connect(addItem(file, "exit", QStringLiteral("Exit")), &QAction::triggered, this,
+            &Form1::exit_Click);
+
+    QMenu *events = addMenu("events", QStringLiteral("&Events"));
+    connect(addItem(events, "add", QStringLiteral("Add...")), &QAction::triggered, this,
+            &Form1::addevent_Click);
+    addItem(events, "remove", QStringLiteral("Remove"))->setEnabled(false);
+    addItem(events, "find", QStringLiteral("Find..."))->setEnabled(false);
+
+    QMenu *options = addMenu("options", QStringLiteral("&Options"));
+    addItem(options, "cpass", QStringLiteral("Create Password"))->setEnabled(false);
+    addItem(options, "chPass", QStringLiteral("Change Password"))->setEnabled(false);
+    addItem(options, "cust", QStringLiteral("Customize"))->setEnabled(false);
+
+    view_ = addMenu("view", QStringLiteral("&View"));
+    connect(addItem(view_, "allevents", QStringLiteral("All Events")), &QAction::triggered, this,
+            &Form1::allevents_Click);
+    connect(addItem(view_, "None", QStringLiteral("None"), QKeySequence(Qt::CTRL | Qt::Key_N)),
+            &QAction::triggered, this, &Form1::None_Click);
+    QMenu *rec = view_->addMenu(QStringLiteral("Recurrence"));
+    rec->setObjectName(QStringLiteral("rec"));
+    addItem(rec, "Daily", QStringLiteral("Daily"), QKeySequence(Qt::CTRL | Qt::Key_D))
+        ->setEnabled(false);
+    weekly_ = addItem(rec, "weekly", QStringLiteral("Weekly"), QKeySequence(Qt::CTRL | Qt::Key_W));
+    mon_ = addItem(rec, "mon", QStringLiteral("Monthly"), QKeySequence(Qt::CTRL | Qt::Key_M));
+    yearly_ = addItem(rec, "yearly", QStringLiteral("Yearly"), QKeySequence(Qt::CTRL | Qt::Key_Y));
+    for (QAction *item : {weekly_, mon_, yearly_})
+        item->setCheckable(true);
+    onToggle(weekly_, [this] { weekly_Click(); });
+    onToggle(mon_, [this] { mon_Click(); });
+    onToggle(yearly_, [this] { yearly_Click(); });
+    QAction *v1Template = addItem(view_, "v1_1", QString());
+    v1Template->setCheckable(true);
+    v1Template->setVisible(false);
+    v1_.insert(1, v1Template);
+
+    QMenu *help = addMenu("help", QStringLiteral("&Help"));
+    addItem(help, "contents", QStringLiteral("Contents"), QKeySequence(Qt::Key_F1))
+        ->setEnabled(false);
+    addItem(help, "index", QStringLiteral("Index"))->setEnabled(false);
+    addItem(help, "About", QStringLiteral("About"))->setEnabled(false);
+
+    rclick_ = new QMenu(QStringLiteral("rclick"), this);
+    rclick_->setObjectName(QStringLiteral("rclick"));
+    connect(addItem(rclick_, "addevent", QStringLiteral("Add Event...")), &QAction::triggered, this,
+            &Form1::addevent_Click);
+
+    mPopupSys_ = new QMenu(QStringLiteral("&SysTray"), this);
+    mPopupSys_->setObjectName(QStringLiteral("mPopupSys"));
+    connect(addItem(mPopupSys_, "mwindow", QStringLiteral("Main Window")), &QAction::triggered,
+            this, &Form1::mwindowRequested);
+    connect(addItem(mPopupSys_, "ex", QStringLiteral("Exit")), &QAction::triggered, this,
+            &Form1::exitRequested);
+}
+
+void Form1::Form_Load()
+{
+    // The password gate comes first, before anything is shown.
+    if (!(windowState() & Qt::WindowMinimized)) {
+        const QScreen *screen = this->screen();
+        const bool narrow = screen && rt::pixelsToTwips(screen->geometry().width()) == 12000;
+        const QSize frame = frameGeometry().size() - geometry().size();
+        resize(px(narrow ? 11580 : 12945) - frame.width(), px(kStartHeight) - frame.height());
+    }
+    Form_Activate();
+    allevents_Click();
+    // Then, in this order: the reminders' fired flags, the 3D logo on Timer2, and last the
+    // reminder check on Timer1.
+}
+
+void Form1::Form_Activate()
+{
+    model_ = store::loadModel();
+    loadCategoryItems();
+    loadLegend();
+    repaint();
+}
+
+void Form1::loadCategoryItems()
+{
+    for (auto it = v1_.begin(); it != v1_.end();) {
+        if (it.key() > 1) {
+            delete it.value();
+            it = v1_.erase(it);
+        } else {
+            ++it;
+        }
+    }
+    const bool checked = v1_.value(1)->isChecked();
+    for (int i = 2; i <= model_.categoryCount(); ++i) {
+        const QString name = model_.categoryNames[i];
+        QAction *item = addItem(view_, qPrintable(QStringLiteral("v1_%1").arg(i)), menuText(name));
+        item->setData(name);
+        item->setCheckable(true);
+        item->setChecked(checked);
+        onToggle(item, [this, i] { v1_Click(i); });
+        v1_.insert(i, item);
+    }
+}
+
+void Form1::loadLegend()
+{
+    auto *area = frame1_->findChild<QWidget *>(QStringLiteral("legendArea"));
+    for (int i = 1; i <= model_.categoryCount(); ++i) {
+        QLabel *&label = lblcat_[i];
+        QFrame *&box = shpcat_[i];
+        if (!label) {
+            label = new QLabel(area);
+            label->setObjectName(QStringLiteral("lblcat_%1").arg(i));
+            label->setToolTip(QStringLiteral("Click to Customize appearance"));
+            box = new QFrame(area);
+            box->setObjectName(QStringLiteral("shpcat_%1").arg(i));
+            box->setFrameStyle(QFrame::Box | QFrame::Plain);
+            box->setAutoFillBackground(true);
+        }
+        std::int32_t colour = 0;
+        rt::tryCLng(model_.categoryColours.value(i), colour);
+        QPalette palette = box->palette();
+        palette.setColor(QPalette::Window, rt::toQColor(rt::WinColor(colour)));
+        box->setPalette(palette);
+        label->setText(model_.categoryNames[i]);
+        label->show();
+        box->show();
+    }
+    for (auto it = lblcat_.begin(); it != lblcat_.end(); ++it) {
+        if (it.key() > model_.categoryCount()) {
+            it.value()->hide();
+            shpcat_[it.key()]->hide();
+        }
+    }
+    const int rowsHeight = model_.categoryCount() * kRowHeight;
+    const int visible = int(rt::pixelsToTwips(area->height()));
+    vScroll1_->setRange(0, std::max(0, rowsHeight - visible));
+    vScroll1_->setPageStep(visible);
+    layOutLegend(int(rt::pixelsToTwips(frame1_->width())));
+    vScroll1_Change();
+}
+
+void Form1::layOutLegend(int frameWidth)
+{
+    auto *area = frame1_->findChild<QWidget *>(QStringLiteral("legendArea"));
+    area->resize(frame1_->width(), area->height());
+    for (auto it = lblcat_.begin(); it != lblcat_.end(); ++it) {
+        QLabel *label = it.value();
+        const double width = frameWidth * 0.567;
+        QFont font(QStringLiteral("Liberation Sans"));
+        font.setPointSizeF(std::max(1.0, width * 0.00925925893996544));
+        label->setFont(font);
+        label->setGeometry(px(frameWidth * 0.0315), label->y(), px(width), px(kRowHeight));
+        QFrame *box = shpcat_[it.key()];
+        box->setGeometry(px(frameWidth * 0.63), box->y(), px(frameWidth * 0.189), px(kBoxHeight));
+    }
+}
+
+void Form1::Form_Resize()
+{
+    if (windowState() & Qt::WindowMinimized) {
+        if (hideWhenMinimised_)
+            hide();
+    } else if (!(windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen))) {
+        // Re-centred on every change of size, by design.
+        if (const QScreen *screen = this->screen()) {
+            const QRect area = screen->geometry();
+            move(area.width() / 2 - frameGeometry().width() / 2,
+                 area.height() / 2 - frameGeometry().height() / 2);
+        }
+    }
+    const double w = rt::pixelsToTwips(frameGeometry().width());
+    cal_->setGeometry(0, cal_->y(), px(w * 0.834), cal_->height());
+    frame1_->setGeometry(px(w * 0.841), frame1_->y(), px(w * 0.147), frame1_->height());
+    vScroll1_->setGeometry(px(w * 0.964), vScroll1_->y(), px(w * 0.021), vScroll1_->height());
+    picture1_->setGeometry(px(w * 0.841), picture1_->y(), px(w * 0.143), picture1_->height());
+    vScroll1_->raise();
+    layOutLegend(int(w * 0.147));
+}
+
+ViewFilters Form1::filtersFromMenu() const
+{
+    ViewFilters filters;
+    filters.v1.resize(v1_.isEmpty() ? 0 : v1_.lastKey() + 1);
+    for (auto it = v1_.begin(); it != v1_.end(); ++it)
+        filters.v1[it.key()] = {it.value()->data().toString(), it.value()->isChecked()};
+    filters.weekly = weekly_->isChecked();
+    filters.mon = mon_->isChecked();
+    filters.yearly = yearly_->isChecked();
+    return filters;
+}
+
+void Form1::menuFromFilters(const ViewFilters &filters)
+{
+    for (auto it = v1_.begin(); it != v1_.end(); ++it)
+        it.value()->setChecked(filters.v1[it.key()].checked);
+    weekly_->setChecked(filters.weekly);
+    mon_->setChecked(filters.mon);
+    yearly_->setChecked(filters.yearly);
+}
+
+template <typename Paint> void Form1::paint(Paint &&paint)
+{
+    ViewFilters filters = filtersFromMenu();
+    CalAdapter calendar(*cal_);
+    Painters painters(calendar, model_, filters);
+    paint(painters);
+    menuFromFilters(filters);
+}
+
+void Form1::repaint()
+{
+    paint([](Painters &p) { p.repaint(); });
+}
+
+void Form1::Cal_DateRClick(rt::Date date)
+{
+    qDeleteAll(n1_);
+    n1_.clear();
+    popupTexts_.clear();
+    for (const dayview::Item &item : dayview::itemsOn(date, model_, cal_->displayedYear())) {
+        const int index = int(n1_.size()) + 2;
+        QAction *action = addItem(rclick_, qPrintable(QStringLiteral("n1_%1").arg(index)),
+                                  menuText(item.caption));
+        action->setData(item.caption);
+        connect(action, &QAction::triggered, this, [this, index] { n1_Click(index); });
+        n1_.append(action);
+        popupTexts_.append(item.text);
+    }
+    rclick_->exec(QCursor::pos());
+    // Only now, so "Add Event..." in this popup still works on the previous date.
+    selectedDate_ = date;
+}
+
+void Form1::n1_Click(int index)
+{
+    const QString caption = n1_.at(index - 2)->data().toString();
+    for (const dayview::Target &target :
+         dayview::n1Targets(caption, popupTexts_.at(index - 2), model_))
+        emit modifyRequested(target.recurring, target.number);
+}
+
+void Form1::Cal_DateDblClick(rt::Date date)
+{
+    selectedDate_ = date;
+    addevent_Click();
+}
+
+void Form1::Cal_YearChanged()
+{
+    repaint();
+}
+
+void Form1::addevent_Click()
+{
+    emit addEventRequested();
+}
+
+void Form1::allevents_Click()
+{
+    for (QAction *item : v1_)
+        item->setChecked(true);
+    repaint();
+}
+
+void Form1::None_Click()
+{
+    for (QAction *item : v1_)
+        item->setChecked(false);
+    for (QAction *item : {weekly_, mon_, yearly_})
+        item->setChecked(false);
+    repaint();
+}
+
+void Form1::v1_Click(int index)
+{
+    QAction *item = v1_.value(index);
+    item->setChecked(!item->isChecked());
+    repaint();
+}
+
+void Form1::weekly_Click()
+{
+    weekly_->setChecked(!weekly_->isChecked());
+    repaint();
+}
+
+void Form1::yearly_Click()
+{
+    yearly_->setChecked(!yearly_->isChecked());
+    repaint();
+}
+
+void Form1::mon_Click()
+{
+    if (mon_->isChecked()) {
+        mon_->setChecked(false);
+        repaint();
+        return;
+    }
+    // Monthly days go over what is shown, and yearly days back on top of them.
+    paint([this](Painters &p) {
+        p.paint_monthly();
+        if (yearly_->isChecked())
+            p.paint_yearly();
+    });
+}
+
+void Form1::vScroll1_Change()
+{
+    for (auto it = lblcat_.begin(); it != lblcat_.end(); ++it)
+        it.value()->move(it.value()->x(), px((it.key() - 1) * kRowHeight - vScroll1_->value()));
+    for (auto it = shpcat_.begin(); it != shpcat_.end(); ++it)
+        it.value()->move(it.value()->x(), px((it.key() - 1) * kRowHeight - vScroll1_->value()) +
+                                              px(kRowHeight - kBoxHeight) / 2);
+}
+
+void Form1::exit_Click()
+{
+    emit exitRequested();
+}
+
+bool Form1::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        Form_Activate();
+    return QMainWindow::event(event);
+}
+
+void Form1::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    Form_Resize();
+}
+
+void Form1::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        Form_Resize();
+}
+
+void Form1::closeEvent(QCloseEvent *event)
+{
+    // Closing the window ends the program, tray icon and all.
+    event->accept();
+    emit exitRequested();
+}

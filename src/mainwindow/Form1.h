@@ -1,0 +1,113 @@
+#pragma once
+
+#include "mainwindow/ViewFilters.h"
+#include "runtime/DateTime.h"
+#include "store/DataStore.h"
+
+#include <QList>
+#include <QMainWindow>
+#include <QMap>
+
+class QAction;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QMenu;
+class QScrollBar;
+class QTimer;
+class Painters;
+class UserControl1;
+
+// The main window: the year calendar, the legend of categories, the logo's picture box and
+// the menus. It holds the whole store in memory and reloads it on every activation.
+//
+// Every control and menu item carries its name as its object name; members of the arrays
+// v1, n1, shpcat and lblcat are named array, underscore, index ("v1_2", "lblcat_1").
+class Form1 : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit Form1(QWidget *parent = nullptr);
+    ~Form1() override;
+
+    void Form_Load();
+    void Form_Activate(); // the loader
+    void Form_Resize();
+
+    void repaint();
+
+    // Day events of the calendar.
+    void Cal_DateRClick(rt::Date date);
+    void Cal_DateDblClick(rt::Date date);
+    void Cal_YearChanged();
+
+    // Menus.
+    void addevent_Click();
+    void n1_Click(int index);
+    void allevents_Click();
+    void None_Click();
+    void v1_Click(int index);
+    void weekly_Click();
+    void mon_Click();
+    void yearly_Click();
+    void vScroll1_Change();
+    void exit_Click();
+
+    const store::Model &model() const { return model_; }
+    rt::Date selectedDate() const { return selectedDate_; }
+    UserControl1 *Cal() const { return cal_; }
+    QMenu *mPopupSys() const { return mPopupSys_; }
+
+    // Whether minimising hides the window, to live on in the tray.
+    void setHideWhenMinimised(bool hide) { hideWhenMinimised_ = hide; }
+
+signals:
+    // The event dialogs: add on the selected date, or modify event n.
+    void addEventRequested();
+    void modifyRequested(bool recurring, int n);
+    // "Main Window" and "Exit" of the window's own tray menu.
+    void mwindowRequested();
+    void exitRequested();
+
+protected:
+    bool event(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void createControls();
+    void createMenus();
+    QAction *addItem(QMenu *menu, const char *name, const QString &caption,
+                     const QKeySequence &shortcut = {});
+    void loadCategoryItems();
+    void loadLegend();
+    void layOutLegend(int frameWidthTwips);
+    ViewFilters filtersFromMenu() const;
+    void menuFromFilters(const ViewFilters &filters);
+    template <typename Paint> void paint(Paint &&paint);
+
+    store::Model model_;
+    rt::Date selectedDate_ = 0;
+    bool hideWhenMinimised_ = true;
+
+    UserControl1 *cal_ = nullptr;
+    QGroupBox *frame1_ = nullptr;
+    QScrollBar *vScroll1_ = nullptr;
+    QLabel *picture1_ = nullptr;
+    QTimer *timer1_ = nullptr;
+    QTimer *timer2_ = nullptr;
+    QMap<int, QFrame *> shpcat_;
+    QMap<int, QLabel *> lblcat_;
+
+    QMenu *view_ = nullptr;
+    QAction *weekly_ = nullptr;
+    QAction *mon_ = nullptr;
+    QAction *yearly_ = nullptr;
+    QMap<int, QAction *> v1_; // element 1 is the hidden template new items copy their check from
+    QMenu *rclick_ = nullptr;
+    QList<QAction *> n1_;
+    QStringList popupTexts_;
+    QMenu *mPopupSys_ = nullptr;
+};

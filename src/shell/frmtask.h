@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QObject>
+#include <QSystemTrayIcon>
+
+class Form1;
+class QMenu;
+
+// The program's icon in the notification area, with its "Systray" menu. It owns the main
+// window: loading it loads the window, and its "Exit" ends the program.
+class frmtask : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit frmtask(QObject *parent = nullptr);
+    ~frmtask() override;
+
+    void Form_Load();
+    void mwindow_Click();
+    void exit_Click();
+    void del_notif();
+
+    Form1 *form() const { return form_; }
+    QSystemTrayIcon *icon() const { return icon_; }
+    QMenu *mpopupsys() const { return mpopupsys_; }
+
+    // A double click on the icon restores the main window; the menu opens on the right
+    // button by itself.
+    void icon_Activated(QSystemTrayIcon::ActivationReason reason);
+
+signals:
+    // After the main window is back from the tray; the 3D logo resumes here.
+    void restored();
+
+private:
+    void restoreMainWindow();
+
+    QSystemTrayIcon *icon_ = nullptr;
+    QMenu *mpopupsys_ = nullptr;
+    Form1 *form_ = nullptr;
+};
