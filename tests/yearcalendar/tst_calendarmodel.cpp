@@ -45,10 +45,6 @@ private slots:
     void colourByDate();
     void clickRebuildsAndReapplies();
     void yearButtonsReapplyTheirYear();
-    void enterKeepsTheCellsColours();
-    void enterRejectsNonYears_data();
-    void enterRejectsNonYears();
-    void dayForeColorKeepsTodayRed();
     void todayInJanuaryOutlivesJanuary();
 };
 
@@ -65,7 +61,6 @@ void TestCalendarModel::colourByDate_data()
     QTest::newRow("February of another year")
         << date(2019, 2, 5) << date(2024, 2, 5) << uint(rt::kWhite);
     QTest::newRow("read outside the year") << date(2024, 2, 5) << date(2025, 2, 5) << 0u;
-    QTest::newRow("leap day") << date(2024, 2, 29) << date(2024, 2, 29) << uint(kGreen);
 }
 
 void TestCalendarModel::colourByDate()
@@ -131,67 +126,6 @@ void TestCalendarModel::yearButtonsReapplyTheirYear()
     model.stepYear(-1);
     QCOMPARE(model.GetDayBackcolor(date(2024, 3, 3)), kGreen);
     QCOMPARE(model.GetDayBackcolor(date(2024, 1, 5)), rt::kWhite);
-}
-
-// Enter refills the grid and nothing else: colours stay on their cells, which now show other
-// days, until the next click re-applies the new year's.
-void TestCalendarModel::enterKeepsTheCellsColours()
-{
-    CalendarModel model;
-    model.SetDayBackColor(date(2024, 3, 3), kGreen);
-    const int march3 = cellOf(model, 3, 3);
-    model.click(true, 20);
-    model.takeYearTextRefresh();
-
-    model.enterYear("2025");
-    QCOMPARE(model.displayedYear(), 2025);
-    QVERIFY(model.takeYearTextRefresh());
-    QCOMPARE(model.grid()[march3].caption, 2);
-    QCOMPARE(model.GetDayBackcolor(date(2025, 3, 2)), kGreen);
-    QCOMPARE(model.grid()[j1(20)].back, kSelectionGrey);
-
-    model.click(true, 20);
-    QCOMPARE(model.grid()[march3].back, rt::kWhite);
-}
-
-void TestCalendarModel::enterRejectsNonYears_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("error"); // 0: accepted
-    QTest::newRow("blanks around") << " 2030 " << 0;
-    QTest::newRow("word") << "abc" << 13;
-    QTest::newRow("empty") << "" << 13;
-    QTest::newRow("two digits") << "99" << 13;
-    QTest::newRow("five digits") << "10000" << 13;
-    QTest::newRow("beyond a long") << "3000000000" << 6;
-}
-
-void TestCalendarModel::enterRejectsNonYears()
-{
-    QFETCH(QString, text);
-    QFETCH(int, error);
-    CalendarModel model;
-    try {
-        model.enterYear(text);
-        QCOMPARE(error, 0);
-        QCOMPARE(model.displayedYear(), 2030);
-    } catch (const rt::RuntimeError &e) {
-        QCOMPARE(e.number(), error);
-    }
-}
-
-void TestCalendarModel::dayForeColorKeepsTodayRed()
-{
-    CalendarModel model;
-    const int today = cellOf(model, 3, 15);
-    model.setDayForeColor(kGreen);
-    QCOMPARE(model.grid()[today].fore, rt::kRed);
-    QCOMPARE(model.grid()[cellOf(model, 3, 16)].fore, kGreen);
-
-    model.stepYear(1);
-    model.setDayForeColor(kPink);
-    for (int cell = 0; cell < kCells; ++cell)
-        QCOMPARE(model.grid()[cell].fore, kPink);
 }
 
 // Once today has been found in January, the setter keeps painting a January cell: the one

@@ -4,7 +4,6 @@
 #include "yearcalendar/UserControl1.h"
 
 #include <QDate>
-#include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -59,8 +58,6 @@ private slots:
         rt::setDpiForTest(0);
     }
 
-    void childrenCarryTheirNames_data();
-    void childrenCarryTheirNames();
     void startsOnJanuaryTheTwentieth();
     void yearButtons_data();
     void yearButtons();
@@ -71,50 +68,6 @@ private slots:
     void resizeTo10000Twips();
 };
 
-void TestUserControl1::childrenCarryTheirNames_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<int>("count"); // members of the array, 1 for a single child
-    QTest::newRow("Label12") << "Label12"
-                             << "QLineEdit" << 1;
-    QTest::newRow("cmdLeft") << "cmdLeft"
-                             << "QPushButton" << 1;
-    QTest::newRow("cmdRight") << "cmdRight"
-                              << "QPushButton" << 1;
-    QTest::newRow("Line4") << "Line4"
-                           << "QFrame" << 1;
-    QTest::newRow("Line5") << "Line5"
-                           << "QFrame" << 1;
-    QTest::newRow("mon") << "mon"
-                         << "QLabel" << 12;
-    QTest::newRow("w") << "w"
-                       << "QLabel" << 84;
-    QTest::newRow("j1") << "j1"
-                        << "QLabel" << 42;
-    QTest::newRow("f1") << "f1"
-                        << "QLabel" << 462;
-    QTest::newRow("Line1") << "Line1"
-                           << "QFrame" << 3;
-}
-
-void TestUserControl1::childrenCarryTheirNames()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, kind);
-    QFETCH(int, count);
-    UserControl1 c;
-    for (int i = 0; i < count; ++i) {
-        const QString objectName = count == 1 ? name : name + '_' + QString::number(i);
-        const auto *child = c.findChild<QWidget *>(objectName);
-        QVERIFY2(child, qPrintable(objectName));
-        QVERIFY(child->inherits(qPrintable(kind)));
-        if (count > 1)
-            QCOMPARE(child->property("index").toInt(), i);
-    }
-    QVERIFY(!c.findChild<QWidget *>(name + '_' + QString::number(count)));
-}
-
 void TestUserControl1::startsOnJanuaryTheTwentieth()
 {
     UserControl1 c;
@@ -123,11 +76,16 @@ void TestUserControl1::startsOnJanuaryTheTwentieth()
     QCOMPARE(iso(c.Selected()), "2024-01-20");
     const auto *jan20 = c.findChild<QLabel *>("j1_20");
     QCOMPARE(jan20->text(), "20");
+    QCOMPARE(jan20->property("index").toInt(), 20);
     QCOMPARE(back(jan20), QColor(157, 157, 157));
     const auto *today = c.findChild<QLabel *>("f1_61");
     QCOMPARE(today->text(), "15");
     QCOMPARE(today->palette().color(QPalette::WindowText), QColor(Qt::red));
     QVERIFY(today->font().bold());
+    c.setDay_ForeColor(kGreen);
+    QCOMPARE(today->palette().color(QPalette::WindowText), QColor(Qt::red));
+    QCOMPARE(c.findChild<QLabel *>("f1_62")->palette().color(QPalette::WindowText),
+             rt::toQColor(kGreen));
     const auto *unused = c.findChild<QLabel *>("j1_0");
     QVERIFY(unused->isHidden() && !unused->isEnabled());
     QCOMPARE(back(c.findChild<QLabel *>("mon_0")), QColor(Qt::blue));
@@ -211,7 +169,7 @@ void TestUserControl1::mouseOnADay()
 }
 
 // Typing a year and Enter refills the grid and nothing more: no event, the selection and
-// the colours stay on the cells they were on.
+// the colours stay on the cells they were on until the next click re-applies the new year's.
 void TestUserControl1::enterRefillsOnly()
 {
     UserControl1 c;
@@ -233,9 +191,14 @@ void TestUserControl1::enterRefillsOnly()
     QCOMPARE(march3->text(), "5");
     QCOMPARE(back(c.findChild<QLabel *>("j1_20")), QColor(157, 157, 157));
 
-    box->setText("next");
+    c.j1_Click(20);
+    QCOMPARE(back(march3), QColor(Qt::white));
+
     c.Label12_KeyPress('a');
-    QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, c.Label12_KeyPress(13));
+    for (const char *text : {"next", "99", "10000"}) {
+        box->setText(text);
+        QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, c.Label12_KeyPress(13));
+    }
 }
 
 void TestUserControl1::resizeTo10000Twips_data()

@@ -1,8 +1,8 @@
-#include "runtime/RuntimeError.h"
 #include "yearcalendar/YearGrid.h"
 
 #include <QDate>
 #include <QTest>
+#include <utility>
 
 using namespace yearcal;
 
@@ -13,11 +13,7 @@ class TestYearGrid : public QObject
 private slots:
     void fillsEveryMonth_data();
     void fillsEveryMonth();
-    void monthOfCell_data();
     void monthOfCell();
-    void marksToday_data();
-    void marksToday();
-    void rejectsYearsOutsideDates();
 };
 
 void TestYearGrid::fillsEveryMonth_data()
@@ -60,55 +56,12 @@ void TestYearGrid::fillsEveryMonth()
     }
 }
 
-void TestYearGrid::monthOfCell_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<int>("month");
-    QTest::newRow("first of February") << 0 << 2;
-    QTest::newRow("last of February") << 41 << 2;
-    QTest::newRow("first of March") << 42 << 3;
-    QTest::newRow("last of November") << 419 << 11;
-    QTest::newRow("first of December") << 420 << 12;
-    QTest::newRow("last of December") << 461 << 12;
-}
-
 void TestYearGrid::monthOfCell()
 {
-    QFETCH(int, index);
-    QFETCH(int, month);
-    QCOMPARE(MonthOfCell(index), month);
-}
-
-void TestYearGrid::marksToday_data()
-{
-    QTest::addColumn<int>("year");
-    QTest::addColumn<QDate>("today");
-    QTest::addColumn<int>("todayCell"); // grid cell number, -1 for none
-    QTest::newRow("January") << 2024 << QDate(2024, 1, 20) << j1(20);
-    QTest::newRow("December 31st") << 2024 << QDate(2024, 12, 31) << f1(420 + 30);
-    QTest::newRow("another year") << 2023 << QDate(2024, 1, 20) << -1;
-}
-
-void TestYearGrid::marksToday()
-{
-    QFETCH(int, year);
-    QFETCH(QDate, today);
-    QFETCH(int, todayCell);
-    YearGrid grid;
-    grid.FillYear(year, rt::kBlue, rt::DateSerial(today.year(), today.month(), today.day()));
-    for (int cell = 0; cell < kCells; ++cell) {
-        QCOMPARE(grid[cell].bold, cell == todayCell);
-        QCOMPARE(grid[cell].fore, cell == todayCell ? rt::kRed : rt::kBlue);
-    }
-}
-
-void TestYearGrid::rejectsYearsOutsideDates()
-{
-    YearGrid grid;
-    QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, grid.FillYear(99, 0, 0));
-    QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, grid.FillYear(10000, 0, 0));
-    QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, gridDate(1, 0, 2024));
-    QCOMPARE(gridDate(2, 29, 1900), rt::DateSerial(1900, 3, 1));
+    const std::pair<int, int> firstAndLast[] = {{0, 2},    {41, 2},   {42, 3},
+                                                {419, 11}, {420, 12}, {461, 12}};
+    for (const auto &[index, month] : firstAndLast)
+        QCOMPARE(MonthOfCell(index), month);
 }
 
 QTEST_APPLESS_MAIN(TestYearGrid)
