@@ -54,6 +54,8 @@ UserControl1::UserControl1(QWidget *parent) : QWidget(parent)
     createChildren();
     resize(rt::twipsToPixels(kDesignWidth), rt::twipsToPixels(kDesignHeight));
     paintMonths();
+    for (int cell = 0; cell < kCells; ++cell)
+        cells_[cell]->display(model_.grid()[cell]);
     showCells();
     j1_Click(20);
 }
@@ -75,10 +77,8 @@ void UserControl1::createChildren()
     cmdRight_->setObjectName("cmdRight");
     cmdRight_->setGeometry(pixels(rightButtonBox()));
     connect(cmdRight_, &QPushButton::clicked, this, &UserControl1::cmdRight_Click);
-    for (QPushButton *button : {cmdLeft_, cmdRight_}) {
+    for (QPushButton *button : {cmdLeft_, cmdRight_})
         button->setFont(calendarFont(kButtonFontPoints, true));
-        button->setFocusPolicy(Qt::TabFocus);
-    }
 
     static const char *const months[] = {"January",   "February", "March",    "April",
                                          "May",       "June",     "July",     "August",
