@@ -161,13 +161,16 @@ void Form1::createMenus()
     QMenu *events = addMenu("events", QStringLiteral("&Events"));
     connect(addItem(events, "add", QStringLiteral("Add...")), &QAction::triggered, this,
             &Form1::addevent_Click);
-    addItem(events, "remove", QStringLiteral("Remove"))->setEnabled(false);
-    addItem(events, "find", QStringLiteral("Find..."))->setEnabled(false);
+    connect(addItem(events, "remove", QStringLiteral("Remove")), &QAction::triggered, this,
+            &Form1::removeRequested);
+    connect(addItem(events, "find", QStringLiteral("Find...")), &QAction::triggered, this,
+            &Form1::findRequested);
 
     QMenu *options = addMenu("options", QStringLiteral("&Options"));
     addItem(options, "cpass", QStringLiteral("Create Password"))->setEnabled(false);
     addItem(options, "chPass", QStringLiteral("Change Password"))->setEnabled(false);
-    addItem(options, "cust", QStringLiteral("Customize"))->setEnabled(false);
+    connect(addItem(options, "cust", QStringLiteral("Customize")), &QAction::triggered, this,
+            [this] { emit customizeRequested(QString()); });
 
     view_ = addMenu("view", QStringLiteral("&View"));
     connect(addItem(view_, "allevents", QStringLiteral("All Events")), &QAction::triggered, this,
@@ -176,8 +179,8 @@ void Form1::createMenus()
             &QAction::triggered, this, &Form1::None_Click);
     QMenu *rec = view_->addMenu(QStringLiteral("Recurrence"));
     rec->setObjectName(QStringLiteral("rec"));
-    addItem(rec, "Daily", QStringLiteral("Daily"), QKeySequence(Qt::CTRL | Qt::Key_D))
-        ->setEnabled(false);
+    connect(addItem(rec, "Daily", QStringLiteral("Daily"), QKeySequence(Qt::CTRL | Qt::Key_D)),
+            &QAction::triggered, this, &Form1::dailyRequested);
     weekly_ = addItem(rec, "weekly", QStringLiteral("Weekly"), QKeySequence(Qt::CTRL | Qt::Key_W));
     mon_ = addItem(rec, "mon", QStringLiteral("Monthly"), QKeySequence(Qt::CTRL | Qt::Key_M));
     yearly_ = addItem(rec, "yearly", QStringLiteral("Yearly"), QKeySequence(Qt::CTRL | Qt::Key_Y));
@@ -265,6 +268,8 @@ void Form1::loadLegend()
             label = new QLabel(area);
             label->setObjectName(QStringLiteral("lblcat_%1").arg(i));
             label->setToolTip(QStringLiteral("Click to Customize appearance"));
+            label->setProperty("index", i);
+            label->installEventFilter(this);
             box = new QFrame(area);
             box->setObjectName(QStringLiteral("shpcat_%1").arg(i));
             box->setFrameStyle(QFrame::Box | QFrame::Plain);

@@ -52,6 +52,7 @@ public:
     void mon_Click();
     void yearly_Click();
     void vScroll1_Change();
+    void lblcat_Click(int index);
     void exit_Click();
 
     const store::Model &model() const { return model_; }
@@ -63,15 +64,21 @@ public:
     void setHideWhenMinimised(bool hide) { hideWhenMinimised_ = hide; }
 
 signals:
-    // The event dialogs: add on the selected date, or modify event n.
+    // The event windows: add on the selected date, modify event n, remove, find, customize
+    // (with the category to select, or none), and the list of daily events.
     void addEventRequested();
     void modifyRequested(bool recurring, int n);
+    void removeRequested();
+    void findRequested();
+    void customizeRequested(const QString &category);
+    void dailyRequested();
     // "Main Window" and "Exit" of the window's own tray menu.
     void mwindowRequested();
     void exitRequested();
 
 protected:
     bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;

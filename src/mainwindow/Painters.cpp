@@ -25,14 +25,18 @@ void mapWeekday(const QString &day, int &weekday)
 Painters::Painters(CalendarSurface &calendar, const store::Model &model, ViewFilters &filters)
     : calendar_(calendar), model_(model), filters_(filters)
 {
+    for (const QString &text : model.categoryColours) {
+        std::int32_t colour = 0;
+        colours_.append(rt::tryCLng(text, colour) ? std::optional(colour) : std::nullopt);
+    }
 }
 
 rt::WinColor Painters::category_colour(const QString &name) const
 {
     std::int32_t result = 0;
     for (qsizetype i = 0; i < model_.categoryNames.size(); ++i) {
-        if (model_.categoryNames[i] == name)
-            rt::tryCLng(model_.categoryColours.value(i), result);
+        if (model_.categoryNames[i] == name && i < colours_.size() && colours_[i])
+            result = *colours_[i];
     }
     return rt::WinColor(result);
 }
@@ -44,9 +48,8 @@ void Painters::applyColour(rt::Date date, rt::WinColor compareWith, rt::WinColor
         calendar_.SetDayBackColor(date, colour);
         return;
     }
-    std::int32_t more = 0;
-    if (rt::tryCLng(model_.categoryColours.value(1), more))
-        calendar_.SetDayBackColor(date, rt::WinColor(more));
+    if (colours_.size() > 1 && colours_[1])
+        calendar_.SetDayBackColor(date, rt::WinColor(*colours_[1]));
 }
 
 void Painters::applyColour(rt::Date date, const QString &category)

@@ -4,6 +4,9 @@
 #include "mainwindow/ViewFilters.h"
 #include "store/DataStore.h"
 
+#include <cstdint>
+#include <optional>
+
 // Places the events of the model on the days of the displayed year, each in its category's
 // colour, or in the colour of category 1 ("More") where a day already has another colour.
 class Painters
@@ -35,4 +38,6 @@ private:
     CalendarSurface &calendar_;
     const store::Model &model_;
     ViewFilters &filters_;
+    // The category colours as numbers, converted once: empty where the text is no number.
+    QList<std::optional<std::int32_t>> colours_;
 };

@@ -13,8 +13,9 @@ QString &pinned()
     return folder;
 }
 
-// The executable's own folder, from the kernel rather than argv[0].
-QString executableFolder()
+// The executable's own folder, from the kernel rather than argv[0]. The file a process
+// runs cannot change under it, so the kernel is asked once.
+QString resolveExecutableFolder()
 {
     QString path = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
     if (path.isEmpty() && qApp)
@@ -23,6 +24,12 @@ QString executableFolder()
     while (folder.size() > 1 && folder.endsWith(QLatin1Char('/')))
         folder.chop(1);
     return QDir::toNativeSeparators(folder);
+}
+
+const QString &executableFolder()
+{
+    static const QString folder = resolveExecutableFolder();
+    return folder;
 }
 
 } // namespace

@@ -1,0 +1,240 @@
+#include "runtime/DateText.h"
+#include "runtime/Locale.h"
+#include "runtime/ProgramFolder.h"
+#include "store/DataStore.h"
+#include "store/Files.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace store;
+
+namespace
+{
+
+QByteArray fileBytes(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+void setFileBytes(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    f.write(bytes);
+}
+
+QByteArray crlf(const char *text)
+{
+    return QByteArray(text).replace("\n", "\r\n");
+}
+
+} // namespace
+
+class TestDataStore : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir dir;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(dir.isValid());
+        rt::setProgramFolderForTest(dir.path());
+        rt::RtLocale::setForTest(QLocale("en_US"));
+    }
+    void init() { QFile::remove(files::dataIni()); }
+
+    void newEventWritesCountFirst()
+    {
+        writeNewEvent(1, {"7/29/2004", "9:00 AM", "Dentist", "Health"});
+        QCOMPARE(fileBytes(files::dataIni()), crlf("[count]\nc=1\n[1]\nDate=7/29/2004\n"
+                                                   "Time=9:00 AM\nMemo=Dentist\nCat=Health\n"));
+    }
+
+    void newRecurring_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QByteArray>("keys");
+        QTest::newRow("daily") << kDaily << crlf("Type=Daily\nTime=t\nMemo=m\nCat=c\n");
+        QTest::newRow("weekly") << kWeekly << crlf("Type=Weekly\nDay=d\nTime=t\nMemo=m\nCat=c\n");
+        QTest::newRow("monthly") << kMonthly
+                                 << crlf("Type=Monthly\nDay=d\nTime=t\nMemo=m\nCat=c\n");
+        QTest::newRow("yearly") << kYearly
+                                << crlf("Type=Yearly\nDay=d\nMonth=mo\nTime=t\nMemo=m\nCat=c\n");
+    }
+    void newRecurring()
+    {
+        QFETCH(QString, type);
+        QFETCH(QByteArray, keys);
+        writeNewRecurring(3, {type, "d", "mo", "t", "m", "c"});
+        QCOMPARE(fileBytes(files::dataIni()), crlf("[rcount]\nc=3\n[r3]\n") + keys);
+    }
+
+    // Modifying event 1 of 3 sends its memo to section 4 and leaves the count alone.
+    void modifiedEventMemoGoesPastTheEnd()
+    {
+        setFileBytes(files::dataIni(), crlf("[count]\nc=3\n[1]\nDate=1/1/2004\nTime=00:00\n"
+                                            "Memo=old\nCat=A\n"));
+        writeModifiedEvent(1, 3, {"2/2/2004", "9:00 AM", "new", "B"});
+        QCOMPARE(fileBytes(files::dataIni()),
+                 crlf("[count]\nc=3\n[1]\nDate=2/2/2004\nTime=9:00 AM\nMemo=old\nCat=B\n"
+                      "[4]\nMemo=new\n"));
+    }
+
+    void modifiedRecurringLowersTheCount()
+    {
+        setFileBytes(files::dataIni(), crlf("[rcount]\nc=5\n"));
+        writeModifiedRecurring(2, {kDaily, "", "", "9:00 AM", "m", "c"});
+        QCOMPARE(readCount(kRecurringCountSection), 2);
+    }
+
+    void removeEvent_data()
+    {
+        QTest::addColumn<int>("k");
+        QTest::addColumn<QByteArray>("expected");
+        const QByteArray tail = crlf("[3]\nDate=3\nTime=t3\nMemo=m3\nCat=c3\n"
+                                     "[4]\nDate=4\nTime=t4\nMemo=m4\nCat=c4\n");
+        QTest::newRow("2 of 4") << 2
+                                << crlf("[count]\nc=3\n[1]\nDate=1\nTime=t1\nMemo=m1\nCat=c1\n"
+                                        "[2]\nDate=3\nTime=t3\nMemo=m3\nCat=c3\n"
+                                        "[3]\nDate=4\nTime=t4\nMemo=m4\nCat=c4\n"
+                                        "[4]\nDate=4\nTime=t4\nMemo=m4\nCat=c4\n");
+        QTest::newRow("last") << 4
+                              << crlf("[count]\nc=3\n[1]\nDate=1\nTime=t1\nMemo=m1\nCat=c1\n"
+                                      "[2]\nDate=2\nTime=t2\nMemo=m2\nCat=c2\n") +
+                                     tail;
+    }
+    void removeEvent()
+    {
+        QFETCH(int, k);
+        QFETCH(QByteArray, expected);
+        QList<EventRecord> events(1);
+        QByteArray before = crlf("[count]\nc=4\n");
+        for (int i = 1; i <= 4; ++i) {
+            const QString n = QString::number(i);
+            events.append({n, "t" + n, "m" + n, "c" + n});
+            before +=
+                crlf(qPrintable(QString("[%1]\nDate=%1\nTime=t%1\nMemo=m%1\nCat=c%1\n").arg(n)));
+        }
+        setFileBytes(files::dataIni(), before);
+        store::removeEvent(events, k);
+        QCOMPARE(fileBytes(files::dataIni()), expected);
+    }
+
+    void removeRecurringKeyOrder()
+    {
+        QList<RecurringEvent> events(1);
+        events.append({kDaily, "", "", "t1", "m1", "c1"});
+        events.append({kWeekly, "Monday", "", "t2", "m2", "c2"});
+        store::removeRecurring(events, 1);
+        QCOMPARE(fileBytes(files::dataIni()),
+                 crlf("[rcount]\nc=1\n[r1]\nType=Weekly\nDay=Monday\nMonth=\nTime=t2\nCat=c2\n"
+                      "Memo=m2\n"));
+    }
+
+    void categories()
+    {
+        setFileBytes(files::dataIni(), crlf("[Categories]\nc=2\n1=Anything\n1c=255\n2=Work\n"
+                                            "2c=16711680\n"));
+        writeNewCategory(2, "Health");
+        writeCategoryColours({0, 65280, -1, 42});
+        QCOMPARE(fileBytes(files::dataIni()),
+                 crlf("[Categories]\nc=3\n1=Anything\n1c=65280\n2=Work\n2c=-1\n3=Health\n"
+                      "3c=42\n"));
+        const Model model = loadModel();
+        QCOMPARE(model.categoryNames, QStringList({"", "More", "Work", "Health"}));
+        QCOMPARE(model.categoryColours, QStringList({"", "65280", "-1", "42"}));
+    }
+
+    void password()
+    {
+        writePassword("Secret");
+        writePassword("Ab\u20ac\u4e2d");
+        QCOMPARE(fileBytes(files::dataIni()),
+                 crlf("[pcount]\nc=4\n[pass]\n1=65\n2=98\n3=128\n4=63\n5=101\n6=116\n"));
+        QCOMPARE(readPassword(), QString("Ab\u20ac?"));
+        writePassIniCount();
+        QCOMPARE(fileBytes(files::passIni()), crlf("[count]\nc=0\n"));
+    }
+
+    void noPassword_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::newRow("no file") << QByteArray();
+        QTest::newRow("zero") << crlf("[pcount]\nc=0\n[pass]\n1=65\n");
+        QTest::newRow("damaged codes") << crlf("[pcount]\nc=2\n[pass]\n1=x\n2=999\n");
+    }
+    void noPassword()
+    {
+        QFETCH(QByteArray, file);
+        if (!file.isEmpty())
+            setFileBytes(files::dataIni(), file);
+        QCOMPARE(readPassword(), QString());
+    }
+
+    void loaderReadsEverything()
+    {
+        setFileBytes(files::dataIni(),
+                     crlf("[Categories]\nc=2\n1=More\n1c=255\n2=Work\n2c=65280\n"
+                          "[rcount]\nc=1\n[r1]\nType=Yearly\nDay=29\nMonth=7\nTime=9:00 AM\n"
+                          "Memo=&**/usr/bin/x\nCat=Work\n"
+                          "[count]\nc=2\n[1]\nDate=7/29/2004\nTime=00:00\nMemo=Lunch\nCat=Work\n"
+                          "[2]\nDate=not a date\nTime=9:5 PM\nMemo=x\nCat=Work\n"));
+        const Model m = loadModel();
+        QCOMPARE(m.recurringCount(), 1);
+        QCOMPARE(m.recurring[1].type, kYearly);
+        QVERIFY(isAction(m.recurring[1].memo));
+        QCOMPARE(actionPath(m.recurring[1].memo), QString("/usr/bin/x"));
+        QCOMPARE(m.eventCount(), 2);
+        QCOMPARE(m.events[1].date, 38197.0);
+        QCOMPARE(m.events[1].time, 0.0);
+        QCOMPARE(m.events[2].date, 0.0);
+        QVERIFY(qAbs(m.events[2].time - (21 * 60 + 5) / 1440.0) < 1e-9);
+    }
+
+    // Damage never crashes the loader; it reads as fewer or empty items.
+    void damagedStores_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<int>("events");
+        QTest::addColumn<int>("categories");
+        QByteArray garbage;
+        for (int i = 0; i < 4096; ++i)
+            garbage.append(char((i * 7919) % 251));
+        QTest::newRow("empty") << QByteArray() << 0 << 0;
+        QTest::newRow("garbage") << garbage << 0 << 0;
+        QTest::newRow("no counts") << crlf("[1]\nDate=7/29/2004\n") << 0 << 0;
+        QTest::newRow("count past sections")
+            << crlf("[count]\nc=50\n[1]\nDate=7/29/2004\n") << 50 << 0;
+        QTest::newRow("negative count") << crlf("[count]\nc=-5\n") << 0 << 0;
+        QTest::newRow("overflowing count") << crlf("[count]\nc=99999999999\n") << 0 << 0;
+        QTest::newRow("huge count") << crlf("[count]\nc=2000000000\n") << kMaxItems << 0;
+        QTest::newRow("cut line") << QByteArray("[count]\r\nc=1\r\n[1]\r\nDate=7/2") << 1 << 0;
+        QTest::newRow("huge line")
+            << crlf("[Categories]\nc=1\n1c=") + QByteArray(100000, '9') << 0 << 1;
+        QTest::newRow("nul bytes") << QByteArray("[count]\r\nc=\0"
+                                                 "3\r\n",
+                                                 14)
+                                   << 0 << 0;
+    }
+    void damagedStores()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(int, events);
+        QFETCH(int, categories);
+        setFileBytes(files::dataIni(), file);
+        const Model m = loadModel();
+        QCOMPARE(m.eventCount(), events);
+        QCOMPARE(m.categoryCount(), categories);
+        QCOMPARE(m.categoryColours.size(), m.categoryNames.size());
+        for (int i = 2; i <= m.eventCount(); ++i)
+            QCOMPARE(m.events[i].date, 0.0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDataStore)
+#include "tst_datastore.moc"
