@@ -478,6 +478,19 @@ void Form1::exit_Click()
     emit exitRequested();
 }
 
+void Form1::lblcat_Click(int index)
+{
+    emit customizeRequested(lblcat_.value(index)->text());
+}
+
+bool Form1::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonRelease &&
+        watched->objectName().startsWith(QLatin1String("lblcat_")))
+        lblcat_Click(watched->property("index").toInt());
+    return QMainWindow::eventFilter(watched, event);
+}
+
 bool Form1::event(QEvent *event)
 {
     if (event->type() == QEvent::WindowActivate)
