@@ -3,6 +3,7 @@
 #include "runtime/DateText.h"
 #include "runtime/Numbers.h"
 
+#include <algorithm>
 #include <array>
 
 namespace
@@ -25,6 +26,10 @@ void mapWeekday(const QString &day, int &weekday)
 Painters::Painters(CalendarSurface &calendar, const store::Model &model, ViewFilters &filters)
     : calendar_(calendar), model_(model), filters_(filters)
 {
+    // Only a name with a digit could equal a date's text.
+    for (const QString &name : model.categoryNames)
+        namesWithDigits_ = namesWithDigits_ || std::any_of(name.begin(), name.end(),
+                                                           [](QChar c) { return c.isDigit(); });
     for (const QString &text : model.categoryColours) {
         std::int32_t colour = 0;
         colours_.append(rt::tryCLng(text, colour) ? std::optional(colour) : std::nullopt);
@@ -141,7 +146,9 @@ void Painters::paint_category(int index)
             continue;
         // The day's colour is compared with the "category" named by the date's text, which
         // never exists: a day that already has any colour but white or black turns "More".
-        applyColour(event.date, category_colour(rt::CStr(event.date)), category_colour(event.cat));
+        const rt::WinColor dateColour =
+            namesWithDigits_ ? category_colour(rt::CStr(event.date)) : 0;
+        applyColour(event.date, dateColour, category_colour(event.cat));
     }
 }
 

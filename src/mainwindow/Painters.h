@@ -40,4 +40,5 @@ private:
     ViewFilters &filters_;
     // The category colours as numbers, converted once: empty where the text is no number.
     QList<std::optional<std::int32_t>> colours_;
+    bool namesWithDigits_ = false;
 };

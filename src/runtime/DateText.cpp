@@ -4,7 +4,7 @@
 #include "runtime/Locale.h"
 #include "runtime/RuntimeError.h"
 
-#include <QList>
+#include <QVarLengthArray>
 #include <array>
 #include <cmath>
 
@@ -17,24 +17,37 @@ namespace
 // before it (0 for none, ' ' for blanks only, else the one separator character).
 struct Token {
     bool number = false;
-    QString text;
+    QStringView text;
     int value = 0;
     QChar separatorBefore;
 };
 
 struct Tokens {
-    QList<Token> items;
+    QVarLengthArray<Token, 12> items;
     QChar trailingSeparator;
 };
 
-bool isSeparatorChar(QChar c, const RtLocale &locale)
+// The locale's separators are single characters.
+bool isSeparator(QChar c, const QString &separator)
 {
-    static const QString plain = QStringLiteral("/-,:.");
-    return plain.contains(c) || locale.dateSeparator.contains(c) ||
-           locale.timeSeparator.contains(c);
+    return !separator.isEmpty() && c == separator.front();
 }
 
-std::optional<Tokens> tokenize(const QString &text, const RtLocale &locale)
+bool isSeparatorChar(QChar c, const RtLocale &locale)
+{
+    switch (c.unicode()) {
+    case u'/':
+    case u'-':
+    case u',':
+    case u':':
+    case u'.':
+        return true;
+    default:
+        return isSeparator(c, locale.dateSeparator) || isSeparator(c, locale.timeSeparator);
+    }
+}
+
+std::optional<Tokens> tokenize(QStringView text, const RtLocale &locale)
 {
     Tokens out;
     QChar separator;
@@ -55,7 +68,7 @@ std::optional<Tokens> tokenize(const QString &text, const RtLocale &locale)
             qsizetype j = i;
             while (j < text.size() && (digits ? text[j].isDigit() : text[j].isLetter()))
                 ++j;
-            Token token{digits, text.mid(i, j - i), 0, separator};
+            Token token{digits, text.sliced(i, j - i), 0, separator};
             if (digits) {
                 if (token.text.size() > 9)
                     return std::nullopt;
@@ -74,7 +87,7 @@ std::optional<Tokens> tokenize(const QString &text, const RtLocale &locale)
 
 bool isTimeSeparator(QChar c, const RtLocale &locale)
 {
-    if (c == QLatin1Char(':') || locale.timeSeparator.contains(c))
+    if (c == QLatin1Char(':') || isSeparator(c, locale.timeSeparator))
         return true;
     return c == QLatin1Char('.') && locale.dateSeparator != QLatin1String(".");
 }
@@ -84,21 +97,21 @@ bool isDateSeparator(QChar c, const RtLocale &locale)
     if (c.isNull() || c == QLatin1Char(' ') || c == QLatin1Char('/') || c == QLatin1Char('-') ||
         c == QLatin1Char(','))
         return true;
-    return locale.dateSeparator.contains(c) && !isTimeSeparator(c, locale);
+    return isSeparator(c, locale.dateSeparator) && !isTimeSeparator(c, locale);
 }
 
 // 1 for AM, 2 for PM, 0 for neither.
-int amPmOf(const QString &word, const RtLocale &locale)
+int amPmOf(QStringView word, const RtLocale &locale)
 {
-    const QString w = word.toUpper();
-    if (w == QLatin1String("AM") || w == QLatin1String("A") || w == locale.amText.toUpper())
+    auto is = [word](QStringView text) { return word.compare(text, Qt::CaseInsensitive) == 0; };
+    if (is(u"AM") || is(u"A") || is(locale.amText))
         return 1;
-    if (w == QLatin1String("PM") || w == QLatin1String("P") || w == locale.pmText.toUpper())
+    if (is(u"PM") || is(u"P") || is(locale.pmText))
         return 2;
     return 0;
 }
 
-int monthOf(const QString &word, const RtLocale &locale)
+int monthOf(QStringView word, const RtLocale &locale)
 {
     for (int m = 0; m < 12; ++m) {
         if (word.compare(locale.monthNames.value(m), Qt::CaseInsensitive) == 0 ||
@@ -108,11 +121,11 @@ int monthOf(const QString &word, const RtLocale &locale)
     return 0;
 }
 
-bool isDayName(const QString &word, const RtLocale &locale)
+bool isDayName(QStringView word, const RtLocale &locale)
 {
     for (const QString &name : locale.weekdayNames) {
         if (word.compare(name, Qt::CaseInsensitive) == 0 ||
-            word.compare(name.left(3), Qt::CaseInsensitive) == 0)
+            word.compare(QStringView(name).left(3), Qt::CaseInsensitive) == 0)
             return true;
     }
     return false;
@@ -128,7 +141,7 @@ struct TimeOfDay {
 // Empty optional: the text is no valid date/time; first == -1: there is no time.
 std::optional<TimeOfDay> findTime(const Tokens &tokens, const RtLocale &locale)
 {
-    const QList<Token> &t = tokens.items;
+    const auto &t = tokens.items;
     if (!t.isEmpty() && isTimeSeparator(t[0].separatorBefore, locale))
         return std::nullopt; // ":30"
     TimeOfDay time;
@@ -139,14 +152,14 @@ std::optional<TimeOfDay> findTime(const Tokens &tokens, const RtLocale &locale)
             break;
         }
     }
-    QList<int> fields;
+    QVarLengthArray<int, 4> fields;
     qsizetype next = 0;
     if (start >= 0) {
         next = start;
         do {
             if (!t[next].number || t[next].text.size() > 2)
                 return std::nullopt;
-            fields << t[next].value;
+            fields.append(t[next].value);
             ++next;
         } while (next < t.size() && isTimeSeparator(t[next].separatorBefore, locale));
         if (fields.size() > 3)
@@ -159,7 +172,7 @@ std::optional<TimeOfDay> findTime(const Tokens &tokens, const RtLocale &locale)
             if (t[i].number && !t[i + 1].number && amPmOf(t[i + 1].text, locale) &&
                 t[i].text.size() <= 2) {
                 start = i;
-                fields << t[i].value;
+                fields.append(t[i].value);
                 next = i + 1;
                 break;
             }
@@ -175,7 +188,7 @@ std::optional<TimeOfDay> findTime(const Tokens &tokens, const RtLocale &locale)
             ++next;
     }
     while (fields.size() < 3)
-        fields << 0;
+        fields.append(0);
     int hour = fields[0];
     if (hour > 23 || fields[1] > 59 || fields[2] > 59)
         return std::nullopt;
@@ -241,7 +254,7 @@ std::optional<Date> twoNumbers(int a, int b, RtLocale::Order order)
 }
 
 // One month name with one or two numbers: the numbers are the day and/or the year.
-std::optional<Date> withMonthName(int month, const QList<int> &numbers)
+std::optional<Date> withMonthName(int month, const QVarLengthArray<int, 4> &numbers)
 {
     if (numbers.size() == 1) {
         if (const auto day = makeDate(Year(Clock::Now()), month, numbers[0]))
@@ -253,16 +266,20 @@ std::optional<Date> withMonthName(int month, const QList<int> &numbers)
     return makeDate(numbers[0], month, numbers[1]);
 }
 
-std::optional<Date> parseDatePart(const QList<Token> &tokens, const RtLocale &locale)
+// The date tokens [first, first + count). The first one's separator is not looked at: it is
+// the start of the text or what parted the date from the time.
+std::optional<Date> parseDatePart(const Token *tokens, qsizetype count, const RtLocale &locale)
 {
-    QList<int> numbers;
+    QVarLengthArray<int, 4> numbers;
     int month = 0;
-    for (qsizetype i = 0; i < tokens.size(); ++i) {
+    for (qsizetype i = 0; i < count; ++i) {
         const Token &token = tokens[i];
         if (i > 0 && !isDateSeparator(token.separatorBefore, locale))
             return std::nullopt;
         if (token.number) {
-            numbers << token.value;
+            if (numbers.size() == 3)
+                return std::nullopt;
+            numbers.append(token.value);
         } else if (const int m = monthOf(token.text, locale); m && !month) {
             month = m;
         } else if (!isDayName(token.text, locale)) {
@@ -328,28 +345,28 @@ QString timeText(int seconds, const RtLocale &locale)
 std::optional<Date> parseDate(const QString &text)
 {
     const RtLocale &locale = RtLocale::current();
-    const auto tokens = tokenize(text.trimmed(), locale);
+    const QString trimmed = text.trimmed();
+    const auto tokens = tokenize(trimmed, locale);
     if (!tokens || tokens->items.isEmpty())
         return std::nullopt;
     const auto time = findTime(*tokens, locale);
     if (!time)
         return std::nullopt;
-    const QList<Token> &all = tokens->items;
+    const auto &all = tokens->items;
     if (time->first < 0)
-        return parseDatePart(all, locale);
+        return parseDatePart(all.data(), all.size(), locale);
 
     // The date stands wholly before or wholly after the time.
-    const QList<Token> before = all.mid(0, time->first);
-    const QList<Token> after = all.mid(time->last + 1);
-    if (!before.isEmpty() && !after.isEmpty())
+    const qsizetype before = time->first;
+    const qsizetype after = all.size() - time->last - 1;
+    if (before && after)
         return std::nullopt;
-    if (before.isEmpty() && after.isEmpty())
+    if (!before && !after)
         return time->fraction;
-    if (!separatesDateAndTime(all[after.isEmpty() ? time->first : time->last + 1].separatorBefore))
+    const qsizetype first = before ? 0 : time->last + 1;
+    if (!separatesDateAndTime(all[before ? time->first : first].separatorBefore))
         return std::nullopt;
-    QList<Token> dateTokens = before.isEmpty() ? after : before;
-    dateTokens.first().separatorBefore = QChar();
-    const auto date = parseDatePart(dateTokens, locale);
+    const auto date = parseDatePart(all.data() + first, before ? before : after, locale);
     if (!date)
         return std::nullopt;
     return *date + time->fraction;

@@ -2,11 +2,17 @@
 
 #include "runtime/ProgramFolder.h"
 
-namespace files {
+namespace files
+{
 
 QString inProgramFolder(const char *name)
 {
-    return rt::programFolder() + QLatin1Char('/') + QLatin1String(name);
+    const QLatin1String file(name);
+    QString path = rt::programFolder();
+    path.reserve(path.size() + 1 + file.size());
+    path += QLatin1Char('/');
+    path += file;
+    return path;
 }
 
 } // namespace files
