@@ -1,0 +1,171 @@
+#include "mainwindow/DayView.h"
+#include "runtime/DateText.h"
+#include "runtime/Locale.h"
+#include "runtime/RuntimeError.h"
+
+#include <QTest>
+
+using namespace dayview;
+using rt::DateSerial;
+
+namespace
+{
+
+store::Model model()
+{
+    store::Model m;
+    m.categoryNames = {"", "More"};
+    m.categoryColours = {"", "0"};
+    m.events = {{}};
+    m.recurring = {{}};
+    return m;
+}
+
+store::RecurringEvent recurring(const QString &type, const QString &day, const QString &memo,
+                                const QString &month = {})
+{
+    return {type, day, month, "9:00 AM", memo, "Work"};
+}
+
+} // namespace
+
+class TestDayView : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { rt::RtLocale::setForTest(QLocale("en_US")); }
+
+    void fileNameOf_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("windows path") << "&**C:\\Tools\\run.exe"
+                                      << "run.exe";
+        QTest::newRow("deep path") << "&**C:\\a\\b\\c\\d\\e.txt"
+                                   << "e.txt";
+        QTest::newRow("no backslash") << "&**notes"
+                                      << "**notes";
+        QTest::newRow("unix path") << "&**/usr/bin/x"
+                                   << "**/usr/bin/x";
+        QTest::newRow("empty") << ""
+                               << "";
+    }
+    void fileNameOf()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, expected);
+        QCOMPARE(file_name_of(text), expected);
+    }
+
+    void captions_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("short memo") << "Lunch"
+                                    << "Lunch...";
+        QTest::newRow("long memo") << "Lunch with Ann and Bob"
+                                   << "Lunch with Ann ...";
+        QTest::newRow("empty") << ""
+                               << "...";
+        QTest::newRow("action") << "&**C:\\Program Files\\Long name tool.exe"
+                                << "Long name tool....";
+    }
+    void captions()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, expected);
+        QCOMPARE(caption(text), expected);
+    }
+
+    // One-off events first, then the recurring ones whose rule hits the day, as stored.
+    void itemsOn_data()
+    {
+        QTest::addColumn<double>("date");
+        QTest::addColumn<int>("displayedYear");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("thursday 29 july 2004")
+            << DateSerial(2004, 7, 29) << 2004
+            << QStringList({"once", "daily", "thursdays", "on the 29th", "29 July"});
+        QTest::newRow("another day") << DateSerial(2004, 7, 30) << 2004 << QStringList({"daily"});
+        QTest::newRow("yearly uses the displayed year")
+            << DateSerial(2004, 7, 29) << 2005
+            << QStringList({"once", "daily", "thursdays", "on the 29th"});
+        QTest::newRow("day 5 as text with blanks")
+            << DateSerial(2004, 8, 5) << 2004 << QStringList({"daily", "thursdays", "fifth"});
+    }
+    void itemsOn()
+    {
+        QFETCH(double, date);
+        QFETCH(int, displayedYear);
+        QFETCH(QStringList, expected);
+        store::Model m = model();
+        m.events << store::Event{DateSerial(2004, 7, 29), 0, "once", "Work"};
+        m.recurring << recurring(store::kDaily, "", "daily")
+                    << recurring(store::kWeekly, "Thursday", "thursdays")
+                    << recurring(store::kWeekly, "thursday", "wrong case")
+                    << recurring(store::kMonthly, "29", "on the 29th")
+                    << recurring(store::kMonthly, " 05", "fifth")
+                    << recurring(store::kYearly, "29", "29 July", "7")
+                    << recurring("Hourly", "", "unknown kind");
+        QStringList texts;
+        for (const Item &item : dayview::itemsOn(date, m, displayedYear))
+            texts << item.text;
+        QCOMPARE(texts, expected);
+    }
+
+    // A yearly date that does not exist in the displayed year is not trapped.
+    void yearlyFebruary29Raises()
+    {
+        store::Model m = model();
+        m.recurring << recurring(store::kYearly, "29", "leap", "2");
+        QVERIFY_THROWS_EXCEPTION(rt::RuntimeError,
+                                 dayview::itemsOn(DateSerial(2005, 3, 1), m, 2005));
+    }
+
+    void n1Targets_data()
+    {
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QList<Target>>("expected");
+        QTest::newRow("same text on two dates opens both")
+            << "Dentist..."
+            << "Dentist" << QList<Target>{{false, 1}, {false, 3}};
+        QTest::newRow("shared first 15 characters")
+            << "Meeting with th..."
+            << "Meeting with the boss" << QList<Target>{{false, 2}, {true, 1}};
+        QTest::newRow("one-off action") << "tool.exe..."
+                                        << "&**C:\\bin\\tool.exe" << QList<Target>{{false, 4}};
+        // A recurring action is looked up among the one-off events of its number.
+        QTest::newRow("recurring action") << "daily.exe..."
+                                          << "&**C:\\bin\\daily.exe" << QList<Target>{};
+        QTest::newRow("recurring action, one-off text") << "daily.exe..."
+                                                        << "Dentist" << QList<Target>{{false, 3}};
+    }
+    void n1Targets()
+    {
+        QFETCH(QString, caption);
+        QFETCH(QString, text);
+        QFETCH(QList<Target>, expected);
+        store::Model m = model();
+        m.events << store::Event{DateSerial(2004, 1, 1), 0, "Dentist", "Work"}
+                 << store::Event{DateSerial(2004, 1, 2), 0, "Meeting with the boss", "Work"}
+                 << store::Event{DateSerial(2004, 5, 5), 0, "Dentist", "Work"}
+                 << store::Event{DateSerial(2004, 6, 6), 0, "&**C:\\bin\\tool.exe", "Work"};
+        m.recurring << recurring(store::kDaily, "", "Meeting with the boss")
+                    << recurring(store::kDaily, "", "Meeting with the team")
+                    << recurring(store::kDaily, "", "&**C:\\bin\\daily.exe");
+        QCOMPARE(dayview::n1Targets(caption, text, m), expected);
+    }
+
+    void recurringActionPastTheOneOffsRaises()
+    {
+        store::Model m = model();
+        m.recurring << recurring(store::kDaily, "", "&**C:\\x.exe");
+        QVERIFY_THROWS_EXCEPTION(rt::RuntimeError,
+                                 dayview::n1Targets("x.exe...", "&**C:\\x.exe", m));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDayView)
+#include "tst_dayview.moc"
