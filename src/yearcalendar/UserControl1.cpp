@@ -69,12 +69,16 @@ void UserControl1::createChildren()
     label12_->setGeometry(pixels(yearBox()));
     connect(label12_, &QLineEdit::returnPressed, this, [this] { Label12_KeyPress(13); });
 
-    cmdLeft_ = new QPushButton("<", this);
+    // The left button goes a year forward and the right one a year back; the captions say
+    // so, where arrows would promise the opposite.
+    cmdLeft_ = new QPushButton("+", this);
     cmdLeft_->setObjectName("cmdLeft");
+    cmdLeft_->setToolTip("Next year");
     cmdLeft_->setGeometry(pixels(leftButtonBox()));
     connect(cmdLeft_, &QPushButton::clicked, this, &UserControl1::cmdLeft_Click);
-    cmdRight_ = new QPushButton(">", this);
+    cmdRight_ = new QPushButton(QString(QChar(0x2212)), this);
     cmdRight_->setObjectName("cmdRight");
+    cmdRight_->setToolTip("Previous year");
     cmdRight_->setGeometry(pixels(rightButtonBox()));
     connect(cmdRight_, &QPushButton::clicked, this, &UserControl1::cmdRight_Click);
     for (QPushButton *button : {cmdLeft_, cmdRight_})

@@ -28,7 +28,7 @@ class DayLabel;
 // both QLabel; "j1_0".."j1_41" (January's days) and "f1_0".."f1_461" (February's to
 // December's, 42 a month), both QLabel; "Line1_0".."Line1_2" (QFrame).
 //
-// The left button goes one year forward and the right one a year back.
+// The left button ("+") goes one year forward and the right one ("−") a year back.
 class UserControl1 : public QWidget
 {
     Q_OBJECT
