@@ -2,6 +2,7 @@
 
 #include "mainwindow/Form1.h"
 #include "shell/AppIcon.h"
+#include "shell/EventDialogs.h"
 
 #include <QApplication>
 #include <QMenu>
@@ -39,6 +40,7 @@ void frmtask::Form_Load()
     icon_->show();
 
     form_ = new Form1;
+    new EventDialogs(form_);
     form_->setWindowIcon(appIcon());
     // Without a tray, a minimised window must stay reachable from the task bar.
     form_->setHideWhenMinimised(QSystemTrayIcon::isSystemTrayAvailable());

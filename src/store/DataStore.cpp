@@ -84,21 +84,33 @@ QStringList readCategoryColours()
     return colours;
 }
 
+RecurringEvent readRecurringEvent(int n)
+{
+    const QString section = recurringSection(n);
+    RecurringEvent e;
+    e.day = read(section, kDayKey);
+    e.month = read(section, kMonthKey);
+    e.memo = read(section, kMemoKey);
+    e.time = read(section, kTimeKey);
+    e.type = read(section, kTypeKey);
+    e.cat = read(section, kCatKey);
+    return e;
+}
+
 QList<RecurringEvent> readRecurringEvents()
 {
     const int count = readCount(kRecurringCountSection);
     QList<RecurringEvent> events(count + 1);
-    for (int n = 1; n <= count; ++n) {
-        const QString section = recurringSection(n);
-        RecurringEvent &e = events[n];
-        e.day = read(section, kDayKey);
-        e.month = read(section, kMonthKey);
-        e.memo = read(section, kMemoKey);
-        e.time = read(section, kTimeKey);
-        e.type = read(section, kTypeKey);
-        e.cat = read(section, kCatKey);
-    }
+    for (int n = 1; n <= count; ++n)
+        events[n] = readRecurringEvent(n);
     return events;
+}
+
+EventRecord readEventRecord(int n)
+{
+    const QString section = eventSection(n);
+    return {read(section, kDateKey), read(section, kTimeKey), read(section, kMemoKey),
+            read(section, kCatKey)};
 }
 
 QList<Event> readEvents()
@@ -124,6 +136,15 @@ QStringList readCategoryNames()
         names[i] = read(kCategoriesSection, QString::number(i));
     if (count >= 1)
         names[1] = kMoreCategory;
+    return names;
+}
+
+QStringList readStoredCategoryNames()
+{
+    const int count = readCount(kCategoriesSection);
+    QStringList names(count + 1);
+    for (int i = 1; i <= count; ++i)
+        names[i] = read(kCategoriesSection, QString::number(i));
     return names;
 }
 

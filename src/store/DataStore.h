@@ -88,8 +88,9 @@ int readCount(const QString &section);
 QStringList readCategoryColours();
 QList<RecurringEvent> readRecurringEvents();
 QList<Event> readEvents();
-QStringList readCategoryNames(); // keys 2.. only; element 1 is "More"
-Model loadModel();               // all of the above, in the loader's order
+QStringList readCategoryNames();       // keys 2.. only; element 1 is "More"
+QStringList readStoredCategoryNames(); // keys 1.. as stored, key 1 included
+Model loadModel();                     // all of the above, in the loader's order
 
 // The text of one stored event, as the writers take it.
 struct EventRecord {
@@ -98,6 +99,10 @@ struct EventRecord {
     QString memo;
     QString cat;
 };
+
+// One item's stored texts, for the windows that edit it.
+EventRecord readEventRecord(int n);
+RecurringEvent readRecurringEvent(int n);
 
 // A new one-off event n: the count first, then Date, Time, Memo and Cat.
 void writeNewEvent(int n, const EventRecord &event);

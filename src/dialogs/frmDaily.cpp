@@ -1,0 +1,71 @@
+#include "dialogs/frmDaily.h"
+
+#include "dialogs/ZOrder.h"
+
+#include <QHeaderView>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace
+{
+
+constexpr int kNumberRole = Qt::UserRole;
+
+QString listText(const QString &memo)
+{
+    const QString shown = store::isAction(memo) ? store::actionPath(memo) : memo;
+    return shown.left(30) + QStringLiteral("...");
+}
+
+} // namespace
+
+frmDaily::frmDaily(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("frmDaily"));
+    setWindowTitle(QStringLiteral("Daily Events"));
+    ListView1 = new QTreeWidget(this);
+    ListView1->setObjectName(QStringLiteral("ListView1"));
+    ListView1->setToolTip(QStringLiteral("Click the event to modify it."));
+    ListView1->setRootIsDecorated(false);
+    ListView1->setUniformRowHeights(true);
+    ListView1->header()->setStretchLastSection(false);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(ListView1);
+    resize(420, 300);
+    connect(ListView1, &QTreeWidget::itemClicked, this, &frmDaily::ListView1_ItemClick);
+    Form_Load();
+}
+
+void frmDaily::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    SetZOrder(this, InsertAfter::Top);
+}
+
+void frmDaily::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    const int width = ListView1->viewport()->width();
+    ListView1->setColumnWidth(0, width * 3 / 10);
+    ListView1->setColumnWidth(1, width - width * 3 / 10);
+}
+
+void frmDaily::Form_Load()
+{
+    ListView1->clear();
+    ListView1->setHeaderLabels({QStringLiteral("Time"), QStringLiteral("Memo")});
+    const QList<store::RecurringEvent> events = store::readRecurringEvents();
+    for (int i = 1; i < events.size(); ++i) {
+        if (events[i].type != store::kDaily)
+            continue;
+        auto *item = new QTreeWidgetItem(ListView1, {events[i].time, listText(events[i].memo)});
+        // Rows can read alike; each remembers the event it was made from.
+        item->setData(0, kNumberRole, i);
+    }
+}
+
+void frmDaily::ListView1_ItemClick(QTreeWidgetItem *item)
+{
+    if (item)
+        emit RModiRequested(item->data(0, kNumberRole).toInt());
+}
