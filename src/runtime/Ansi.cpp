@@ -29,7 +29,7 @@ char fromUnicode(char32_t c)
 
 } // namespace
 
-QByteArray toAnsi(const QString &text)
+QByteArray toAnsi(QStringView text)
 {
     QByteArray out(text.size(), Qt::Uninitialized);
     char *dst = out.data();

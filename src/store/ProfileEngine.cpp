@@ -5,8 +5,10 @@
 #include <QFile>
 #include <QHash>
 #include <QRandomGenerator>
+#include <QSet>
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <deque>
 #include <fcntl.h>
@@ -15,6 +17,14 @@
 #include <unistd.h>
 #include <unordered_map>
 #include <vector>
+
+#ifdef Q_OS_LINUX
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <pthread.h>
+#include <sys/inotify.h>
+#endif
 
 namespace store
 {
@@ -65,24 +75,56 @@ QStringView readable(QStringView line)
     return nul < 0 ? line : line.first(nul);
 }
 
-// Section and key names compare without regard to case.
-QString fold(QStringView name)
+// Section and key names compare without regard to case, character by character, so that
+// neither a lookup nor the parse needs a folded copy of a name.
+char16_t foldChar(char16_t c)
 {
-    QString out(name.size(), Qt::Uninitialized);
-    char16_t *dst = reinterpret_cast<char16_t *>(out.data());
-    for (qsizetype i = 0; i < name.size(); ++i) {
-        char16_t c = name[i].unicode();
-        if (c < 0x80) {
-            if (c >= u'a' && c <= u'z')
-                c = char16_t(c - (u'a' - u'A'));
-        } else {
-            const char32_t upper = QChar::toUpper(char32_t(c));
-            if (upper <= 0xFFFF)
-                c = char16_t(upper);
-        }
-        dst[i] = c;
+    if (c < 0x80)
+        return c >= u'a' && c <= u'z' ? char16_t(c - (u'a' - u'A')) : c;
+    const char32_t upper = QChar::toUpper(char32_t(c));
+    return upper <= 0xFFFF ? char16_t(upper) : c;
+}
+
+bool sameName(QStringView a, QStringView b)
+{
+    if (a.size() != b.size())
+        return false;
+    for (qsizetype i = 0; i < a.size(); ++i) {
+        const char16_t x = a[i].unicode();
+        const char16_t y = b[i].unicode();
+        if (x != y && foldChar(x) != foldChar(y))
+            return false;
     }
-    return out;
+    return true;
+}
+
+// FNV-1a over the folded characters, so that names that compare equal hash alike.
+quint64 nameHash(QStringView name)
+{
+    quint64 h = 0xcbf29ce484222325ULL;
+    for (const QChar c : name) {
+        h ^= foldChar(c.unicode());
+        h *= 0x100000001b3ULL;
+    }
+    return h;
+}
+
+quint32 finishHash(quint64 h)
+{
+    h ^= h >> 33;
+    h *= 0xff51afd7ed558ccdULL;
+    h ^= h >> 33;
+    return quint32(h);
+}
+
+quint32 sectionHash(QStringView name)
+{
+    return finishHash(nameHash(name));
+}
+
+quint32 keyHash(qsizetype section, QStringView name)
+{
+    return finishHash(nameHash(name) + quint64(section) * 0x9e3779b97f4a7c15ULL);
 }
 
 enum class Kind { Other, Header, Key };
@@ -113,6 +155,13 @@ Classified classify(QStringView line)
     return {Kind::Key, trimBlanks(text.sliced(first, eq - first))};
 }
 
+// The name of a key line: everything before the first '=', blanks trimmed.
+QStringView keyName(QStringView keyLine)
+{
+    const QStringView text = readable(keyLine);
+    return trimBlanks(text.first(text.indexOf(u'=')));
+}
+
 // The stored value of a key line: everything after the first '=', blanks trimmed.
 QStringView storedValue(QStringView keyLine)
 {
@@ -129,14 +178,19 @@ QStringView stripQuotes(QStringView value)
 }
 
 // A string argument as the ANSI functions receive it: it ends at a NUL, and a character
-// Windows-1252 cannot hold arrives as '?'.
-QString ansiArgument(const QString &arg)
+// Windows-1252 cannot hold arrives as '?'. Only an argument that changes is copied, into
+// `changed`.
+QStringView ansiArgument(const QString &arg, QString &changed)
 {
-    const qsizetype nul = arg.indexOf(QChar(0));
-    QString text = nul < 0 ? arg : arg.first(nul);
-    for (const QChar c : std::as_const(text)) {
-        if ((c.unicode() >= 0x80 && c.unicode() < 0xA0) || c.unicode() > 0xFF)
-            return rt::fromAnsi(rt::toAnsi(text));
+    QStringView text(arg);
+    const qsizetype nul = text.indexOf(QChar(0));
+    if (nul >= 0)
+        text = text.first(nul);
+    for (const QChar c : text) {
+        if ((c.unicode() >= 0x80 && c.unicode() < 0xA0) || c.unicode() > 0xFF) {
+            changed = rt::fromAnsi(rt::toAnsi(text));
+            return changed;
+        }
     }
     return text;
 }
@@ -155,22 +209,86 @@ struct Line {
     QString own; // content of a line this engine wrote
     bool written = false;
     Term term = Term::None;
+    quint32 section = 0; // of a line in Document::keys: the section it is filed under
 };
 using LineId = quint32; // a line's place in Document::pool, which never changes
 
 struct Section {
+    // The name as the header spells it. Header lines are never rewritten and the pool never
+    // moves a line, so the characters stay where they are.
+    QStringView name;
     LineId lastKey; // the last key line, or the header while there is none
 };
 
-struct KeyName {
-    qsizetype section; // index into Document::sections
-    QString name;      // folded
-    bool operator==(const KeyName &o) const { return section == o.section && name == o.name; }
-};
-size_t qHash(const KeyName &k, size_t seed = 0)
+constexpr qsizetype kNoSection = -1;
+
+// Open addressing from a name's hash to an item (a section or a line). A slot keeps only
+// the hash; whoever looks a name up compares the item's name itself.
+class NameIndex
 {
-    return qHashMulti(seed, k.section, k.name);
-}
+public:
+    static constexpr quint32 kNone = ~quint32(0);
+
+    void reset(qsizetype expected)
+    {
+        std::size_t capacity = 16;
+        while (capacity < std::size_t(expected) * 2)
+            capacity *= 2;
+        slots_.assign(capacity, Slot{0, kNone});
+        size_ = 0;
+    }
+
+    qsizetype size() const { return size_; }
+
+    template <typename Match> quint32 find(quint32 hash, Match &&match) const
+    {
+        if (slots_.empty())
+            return kNone;
+        const std::size_t mask = slots_.size() - 1;
+        for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+            const Slot &slot = slots_[i];
+            if (slot.item == kNone)
+                return kNone;
+            if (slot.hash == hash && match(slot.item))
+                return slot.item;
+        }
+    }
+
+    void insert(quint32 hash, quint32 item)
+    {
+        if (std::size_t(size_ + 1) * 2 > slots_.size()) {
+            std::vector<Slot> old;
+            old.swap(slots_);
+            reset(std::max<qsizetype>(size_ + 1, qsizetype(old.size())));
+            for (const Slot &slot : old) {
+                if (slot.item != kNone)
+                    place(slot);
+            }
+        }
+        place(Slot{hash, item});
+    }
+
+private:
+    struct Slot {
+        quint32 hash;
+        quint32 item;
+    };
+
+    void place(Slot slot)
+    {
+        const std::size_t mask = slots_.size() - 1;
+        std::size_t i = slot.hash & mask;
+        while (slots_[i].item != NameIndex::kNone)
+            i = (i + 1) & mask;
+        slots_[i] = slot;
+        ++size_;
+    }
+
+    std::vector<Slot> slots_;
+    qsizetype size_ = 0;
+};
+
+constexpr LineId kNoLine = NameIndex::kNone;
 
 struct FileId {
     dev_t dev = 0;
@@ -200,16 +318,40 @@ struct Document {
     std::deque<Line> pool;         // every line held, by id
     std::vector<LineId> order;     // the lines of the file, in order
     std::vector<Section> sections; // first occurrences only, in file order
-    QHash<QString, qsizetype> sectionIndex; // folded name -> index into sections
-    QHash<KeyName, LineId> keys;            // -> first key line of that name in the section
+    NameIndex sectionIndex;        // -> index into sections
+    NameIndex keys;                // -> first key line of each name in a section
 
     FileId id;
+    QByteArray native; // the path as the system takes it
     quint64 lastUse = 0;
+    quint64 watchGeneration = 0; // the watches that report changes to it; 0 for none
+    quint64 checkedAt = 0;       // how many reports had been taken when it was last checked
 
     QStringView content(LineId id) const
     {
         const Line &line = pool[id];
         return line.written ? QStringView(line.own) : QStringView(text).sliced(line.off, line.len);
+    }
+
+    qsizetype findSection(QStringView name, quint32 hash) const
+    {
+        const quint32 found = sectionIndex.find(
+            hash, [&](quint32 section) { return sameName(sections[section].name, name); });
+        return found == NameIndex::kNone ? kNoSection : qsizetype(found);
+    }
+    qsizetype findSection(QStringView name) const { return findSection(name, sectionHash(name)); }
+
+    LineId findKey(qsizetype section, QStringView name, quint32 hash) const
+    {
+        return keys.find(hash, [&](LineId line) {
+            return pool[line].section == quint32(section) && sameName(keyName(content(line)), name);
+        });
+    }
+
+    void addKey(qsizetype section, quint32 hash, LineId line)
+    {
+        pool[line].section = quint32(section);
+        keys.insert(hash, line);
     }
 
     LineId add(Line line)
@@ -233,8 +375,6 @@ struct Document {
 
 quint64 g_parseCount = 0;
 
-constexpr qsizetype kNoSection = -1;
-
 // Files a line into the indexes, as parsing line by line from the top does. `current` is the
 // section the lines before belong to: none before the first header and under a repeated
 // header, whose keys nobody reaches.
@@ -242,18 +382,18 @@ void indexLine(Document &doc, LineId line, qsizetype &current)
 {
     const Classified c = classify(doc.content(line));
     if (c.kind == Kind::Header) {
-        QString name = fold(c.name);
-        if (doc.sectionIndex.contains(name)) {
+        const quint32 hash = sectionHash(c.name);
+        if (doc.findSection(c.name, hash) != kNoSection) {
             current = kNoSection;
         } else {
             current = qsizetype(doc.sections.size());
-            doc.sectionIndex.insert(std::move(name), current);
-            doc.sections.push_back(Section{line});
+            doc.sections.push_back(Section{c.name, line});
+            doc.sectionIndex.insert(hash, quint32(current));
         }
     } else if (c.kind == Kind::Key && current != kNoSection) {
-        KeyName key{current, fold(c.name)};
-        if (!doc.keys.contains(key))
-            doc.keys.insert(std::move(key), line);
+        const quint32 hash = keyHash(current, c.name);
+        if (doc.findKey(current, c.name, hash) == kNoLine)
+            doc.addKey(current, hash, line);
         doc.sections[current].lastKey = line;
     }
 }
@@ -264,8 +404,6 @@ void load(Document &doc, QByteArray bytes)
     doc.pool.clear();
     doc.order.clear();
     doc.sections.clear();
-    doc.sectionIndex.clear();
-    doc.keys.clear();
     doc.oddTail.clear();
 
     const auto *b = reinterpret_cast<const unsigned char *>(doc.raw.constData());
@@ -289,6 +427,8 @@ void load(Document &doc, QByteArray bytes)
     const char16_t *p = reinterpret_cast<const char16_t *>(doc.text.utf16());
     const qsizetype n = doc.text.size();
     doc.order.reserve(std::size_t(doc.raw.size() / 24));
+    doc.sectionIndex.reset(doc.raw.size() / 64);
+    doc.keys.reset(doc.raw.size() / 24);
     qsizetype current = kNoSection;
     qsizetype i = 0;
     while (i < n) {
@@ -317,7 +457,7 @@ void load(Document &doc, QByteArray bytes)
 void appendEncoded(QByteArray &out, Encoding encoding, QStringView s)
 {
     if (encoding == Encoding::Ansi) {
-        out.append(rt::toAnsi(s.toString()));
+        out.append(rt::toAnsi(s));
         return;
     }
     for (const QChar c : s) {
@@ -359,10 +499,9 @@ enum class Edit { Unchanged, Indexed, NeedsReparse };
 Edit applyWrite(Document &doc, const QString &section, const QString &key, const QString &value)
 {
     const bool raw = hasLineBreak(section) || hasLineBreak(key) || hasLineBreak(value);
-    const QString foldedKey = fold(key);
-    const auto found = doc.sectionIndex.constFind(fold(section));
+    const qsizetype found = doc.findSection(section);
 
-    if (found == doc.sectionIndex.constEnd()) {
+    if (found == kNoSection) {
         // New section at the end, after a line end for a last line that lacks one.
         if (!doc.order.empty() && doc.pool[doc.order.back()].term == Term::None)
             doc.pool[doc.order.back()].term = Term::CrLf;
@@ -377,11 +516,11 @@ Edit applyWrite(Document &doc, const QString &section, const QString &key, const
         return Edit::Indexed;
     }
 
-    KeyName name{*found, foldedKey};
-    const auto existing = doc.keys.constFind(name);
-    if (existing != doc.keys.constEnd()) {
-        Line &line = doc.pool[*existing];
-        const QStringView old = doc.content(*existing);
+    const quint32 hash = keyHash(found, key);
+    const LineId existing = doc.findKey(found, key, hash);
+    if (existing != kNoLine) {
+        Line &line = doc.pool[existing];
+        const QStringView old = doc.content(existing);
         if (storedValue(old) == value)
             return Edit::Unchanged;
         // The line keeps the key as spelled in the file.
@@ -394,21 +533,20 @@ Edit applyWrite(Document &doc, const QString &section, const QString &key, const
         if (raw)
             return Edit::NeedsReparse;
         const Classified c = classify(line.own);
-        return c.kind == Kind::Key && fold(c.name) == foldedKey ? Edit::Indexed
-                                                                : Edit::NeedsReparse;
+        return c.kind == Kind::Key && sameName(c.name, key) ? Edit::Indexed : Edit::NeedsReparse;
     }
 
     // New key directly after the last key line of the section.
-    Section &sec = doc.sections[*found];
+    Section &sec = doc.sections[found];
     if (doc.pool[sec.lastKey].term == Term::None)
         doc.pool[sec.lastKey].term = Term::CrLf;
     const LineId line = doc.insertAfter(sec.lastKey, writtenLine(key + u'=' + value));
     if (raw)
         return Edit::NeedsReparse;
     const Classified c = classify(doc.content(line));
-    if (c.kind != Kind::Key || fold(c.name) != foldedKey)
+    if (c.kind != Kind::Key || !sameName(c.name, key))
         return Edit::NeedsReparse;
-    doc.keys.insert(std::move(name), line);
+    doc.addKey(found, hash, line);
     sec.lastKey = line;
     return Edit::Indexed;
 }
@@ -516,6 +654,247 @@ bool replaceFile(const QString &path, const QByteArray &bytes, FileId &id)
 }
 
 // ---------------------------------------------------------------------------------------
+// Change notification
+//
+// Looking at a file on disk costs a stat() at every call. On Linux the kernel reports
+// changes instead: an inotify descriptor watches the folder of each cached file, the file
+// itself (for writes through another name of it) and every folder above (for being moved or
+// removed), and raises a signal for each report, whose handler only takes note. A call whose
+// copy was checked after the last report was taken uses it without asking the disk. The
+// signal goes to the thread that set this up, so it has been handled before that thread
+// returns from whatever call told it of another process's write. Calls from other threads,
+// relative paths (they follow the working folder), files reached through a symbolic link and
+// anything the kernel refuses are checked at every call, as on other systems.
+
+#ifdef Q_OS_LINUX
+
+std::atomic<bool> g_reported{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+void takeNote(int)
+{
+    g_reported.store(true);
+}
+
+class ChangeWatch
+{
+public:
+    struct Stamp {
+        quint64 generation = 0;
+        quint64 reports = 0;
+    };
+
+    static ChangeWatch &instance()
+    {
+        static ChangeWatch watch;
+        return watch;
+    }
+
+    // Whether `doc` is known to match its file: it was checked against the disk after the last
+    // report, by watches that still stand.
+    bool unchanged(const Document *doc)
+    {
+        if (fd_ < 0 || !pthread_equal(pthread_self(), owner_))
+            return false;
+        if (g_reported.load())
+            takeReports();
+        return fd_ >= 0 && doc && doc->watchGeneration == generation_ && doc->checkedAt == reports_;
+    }
+
+    Stamp stamp() const { return {generation_, reports_}; }
+
+    // Watches the folder of the file at `native` and the folders above it. False when changes
+    // to that file cannot be reported.
+    bool watchFolderOf(const QByteArray &native)
+    {
+        if (!ready() || !native.startsWith('/'))
+            return false;
+        const qsizetype slash = native.lastIndexOf('/');
+        const auto known = folders_.constFind(QByteArray::fromRawData(native.constData(), slash));
+        if (known != folders_.constEnd())
+            return *known;
+        bool ok = true;
+        for (qsizetype i = 1; ok && i < slash; ++i) {
+            if (native[i] == '/' && native[i - 1] != '/')
+                ok = addFolderWatch(native.left(i), IN_MOVE_SELF | IN_DELETE_SELF);
+        }
+        ok = ok &&
+             addFolderWatch(slash == 0 ? QByteArray("/") : native.left(slash),
+                            IN_MODIFY | IN_ATTRIB | IN_CLOSE_WRITE | IN_MOVED_FROM | IN_MOVED_TO |
+                                IN_CREATE | IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF);
+        folders_.insert(native.left(slash), ok);
+        return ok;
+    }
+
+    // Watches the file open as `fd`: exactly the file read, whatever names it has.
+    bool watchFile(int fd)
+    {
+        char path[32];
+        std::snprintf(path, sizeof path, "/proc/self/fd/%d", fd);
+        return fd_ >= 0 &&
+               ::inotify_add_watch(fd_, path,
+                                   IN_MODIFY | IN_ATTRIB | IN_CLOSE_WRITE | IN_MASK_ADD) >= 0;
+    }
+
+    void setEnabled(bool on)
+    {
+        enabled_ = on;
+        failed_ = false;
+        stop();
+    }
+
+    bool active() const { return fd_ >= 0; }
+
+private:
+    ChangeWatch() = default;
+
+    static int signalNumber() { return SIGRTMIN + 3; }
+
+    // Takes every report: any of them may concern any cached file, so each is checked once
+    // more. A watch that is gone leaves files unwatched; all are set up anew as used.
+    void takeReports()
+    {
+        g_reported.store(false); // first, so that a report arriving from here on raises it again
+        bool watchesLost = false;
+        alignas(inotify_event) char buffer[4096];
+        for (;;) {
+            const ssize_t got = ::read(fd_, buffer, sizeof buffer);
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got <= 0) {
+                if (got == 0 || errno != EAGAIN)
+                    watchesLost = true;
+                break;
+            }
+            for (ssize_t at = 0; at < got;) {
+                const auto *event = reinterpret_cast<const inotify_event *>(buffer + at);
+                if ((event->mask & IN_Q_OVERFLOW) ||
+                    ((event->mask & (IN_IGNORED | IN_MOVE_SELF | IN_DELETE_SELF | IN_UNMOUNT)) &&
+                     folderWatches_.contains(event->wd)))
+                    watchesLost = true;
+                at += ssize_t(sizeof(inotify_event) + event->len);
+            }
+        }
+        ++reports_;
+        if (watchesLost)
+            stop();
+    }
+
+    bool ready()
+    {
+        if (fd_ >= 0)
+            return pthread_equal(pthread_self(), owner_);
+        if (!enabled_ || failed_ || (hasOwner_ && !pthread_equal(pthread_self(), owner_)))
+            return false;
+        failed_ = !start();
+        return !failed_;
+    }
+
+    bool start()
+    {
+        static const bool forkHandled = ::pthread_atfork(nullptr, nullptr, [] {
+                                            // The child shares the descriptor with its parent,
+                                            // whose thread gets the signals.
+                                            ChangeWatch &watch = instance();
+                                            watch.owner_ = pthread_self();
+                                            watch.stop();
+                                        }) == 0;
+        if (!forkHandled || !claimSignal(signalNumber()) || !claimSignal(SIGIO))
+            return false;
+        const int fd = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+        if (fd < 0)
+            return false;
+        const f_owner_ex thisThread{F_OWNER_TID, ::gettid()};
+        const int flags = ::fcntl(fd, F_GETFL);
+        if (flags < 0 || ::fcntl(fd, F_SETSIG, signalNumber()) != 0 ||
+            ::fcntl(fd, F_SETOWN_EX, &thisThread) != 0 ||
+            ::fcntl(fd, F_SETFL, flags | O_ASYNC) != 0) {
+            ::close(fd);
+            return false;
+        }
+        fd_ = fd;
+        owner_ = pthread_self();
+        hasOwner_ = true;
+        ++generation_;
+        return true;
+    }
+
+    void stop()
+    {
+        if (fd_ >= 0)
+            ::close(fd_);
+        fd_ = -1;
+        folders_.clear();
+        folderWatches_.clear();
+    }
+
+    // Installs the handler unless the signal is someone else's. SIGIO comes instead of the
+    // real-time signal when the queue of pending signals is full.
+    static bool claimSignal(int number)
+    {
+        struct sigaction old = {};
+        if (::sigaction(number, nullptr, &old) != 0)
+            return false;
+        if (!(old.sa_flags & SA_SIGINFO) && old.sa_handler == takeNote)
+            return true;
+        sigset_t blocked;
+        if ((old.sa_flags & SA_SIGINFO) || old.sa_handler != SIG_DFL ||
+            ::pthread_sigmask(SIG_BLOCK, nullptr, &blocked) != 0 || sigismember(&blocked, number))
+            return false;
+        struct sigaction act = {};
+        act.sa_handler = takeNote;
+        sigemptyset(&act.sa_mask);
+        act.sa_flags = SA_RESTART;
+        return ::sigaction(number, &act, nullptr) == 0;
+    }
+
+    bool addFolderWatch(const QByteArray &folder, uint32_t events)
+    {
+        // A symbolic link on the way could be pointed elsewhere without a report.
+        const int wd = ::inotify_add_watch(fd_, folder.constData(),
+                                           events | IN_ONLYDIR | IN_DONT_FOLLOW | IN_MASK_ADD);
+        if (wd < 0)
+            return false;
+        folderWatches_.insert(wd);
+        return true;
+    }
+
+    int fd_ = -1;
+    bool enabled_ = true;
+    bool failed_ = false;
+    bool hasOwner_ = false;
+    pthread_t owner_{};
+    quint64 generation_ = 0;
+    quint64 reports_ = 0;
+    QHash<QByteArray, bool> folders_; // folder -> whether it is watched
+    QSet<int> folderWatches_;
+};
+
+#else
+
+class ChangeWatch
+{
+public:
+    struct Stamp {
+        quint64 generation = 0;
+        quint64 reports = 0;
+    };
+    static ChangeWatch &instance()
+    {
+        static ChangeWatch watch;
+        return watch;
+    }
+    bool unchanged(const Document *) { return false; }
+    Stamp stamp() const { return {}; }
+    bool watchFolderOf(const QByteArray &) { return false; }
+    bool watchFile(int) { return false; }
+    void setEnabled(bool) {}
+    bool active() const { return false; }
+};
+
+#endif
+
+// ---------------------------------------------------------------------------------------
 // The cache of parsed files
 
 constexpr std::size_t kCachedFiles = 8;
@@ -524,19 +903,56 @@ struct Cache {
     std::unordered_map<QString, std::unique_ptr<Document>> docs;
     quint64 clock = 0;
 
-    void store(const QString &path, std::unique_ptr<Document> doc)
+    // The path of the previous call, which the next call most likely repeats.
+    QString lastPath;
+    QByteArray lastNative;
+    Document *lastDoc = nullptr;
+
+    void use(const QString &path)
     {
-        doc->lastUse = ++clock;
-        docs.erase(path);
+        if (path == lastPath)
+            return;
+        lastPath = path;
+        const auto found = docs.find(path);
+        lastDoc = found == docs.end() ? nullptr : found->second.get();
+        lastNative = lastDoc ? lastDoc->native : QFile::encodeName(path);
+    }
+
+    Document *store(const QString &path, std::unique_ptr<Document> doc)
+    {
+        erase(path);
         if (docs.size() >= kCachedFiles) {
             auto oldest = docs.begin();
             for (auto it = docs.begin(); it != docs.end(); ++it) {
                 if (it->second->lastUse < oldest->second->lastUse)
                     oldest = it;
             }
-            docs.erase(oldest);
+            erase(oldest->first);
         }
-        docs.emplace(path, std::move(doc));
+        doc->lastUse = ++clock;
+        doc->native = QFile::encodeName(path);
+        Document *stored = docs.emplace(path, std::move(doc)).first->second.get();
+        if (path == lastPath)
+            lastDoc = stored;
+        return stored;
+    }
+
+    void erase(const QString &path)
+    {
+        const auto found = docs.find(path);
+        if (found == docs.end())
+            return;
+        if (found->second.get() == lastDoc)
+            lastDoc = nullptr;
+        docs.erase(found);
+    }
+
+    void clear()
+    {
+        docs.clear();
+        lastPath.clear();
+        lastNative.clear();
+        lastDoc = nullptr;
     }
 };
 
@@ -548,47 +964,79 @@ Cache &cache()
 
 enum class Presence { Present, Missing, Unusable };
 
+// Looks at the file on disk and parses it again when it is not the one cached.
+Document *checkOnDisk(Cache &c, const QString &path, Presence &presence)
+{
+    ChangeWatch &watch = ChangeWatch::instance();
+    Document *doc = c.lastDoc;
+    const char *native = c.lastNative.constData();
+
+    // The watches come first: a change after this point is reported, one before it shows in
+    // what is read below.
+    bool watched = watch.watchFolderOf(c.lastNative);
+    const ChangeWatch::Stamp stamp = watch.stamp();
+    struct stat st = {};
+    int failed = watched ? ::lstat(native, &st) : ::stat(native, &st);
+    if (failed == 0 && S_ISLNK(st.st_mode)) {
+        watched = false; // the file itself sits in a folder nobody watches
+        failed = ::stat(native, &st);
+    }
+    if (failed != 0) {
+        presence = (errno == ENOENT || errno == ENOTDIR) ? Presence::Missing : Presence::Unusable;
+        c.erase(path);
+        return nullptr;
+    }
+    presence = Presence::Unusable;
+    if (!S_ISREG(st.st_mode)) {
+        c.erase(path);
+        return nullptr;
+    }
+
+    const bool same = doc && doc->id == FileId::of(st);
+    if (!same || (watched && doc->watchGeneration != stamp.generation)) {
+        const int fd = ::open(native, O_RDONLY | O_CLOEXEC);
+        if (fd < 0) {
+            c.erase(path);
+            return nullptr;
+        }
+        watched = watched && watch.watchFile(fd);
+        QByteArray bytes;
+        bool ok = ::fstat(fd, &st) == 0;
+        const bool stillSame = ok && doc && doc->id == FileId::of(st);
+        if (ok && !stillSame) {
+            bytes.reserve(st.st_size);
+            ok = readAll(fd, bytes);
+        }
+        ::close(fd);
+        if (!ok) {
+            c.erase(path);
+            return nullptr;
+        }
+        if (!stillSame) {
+            auto fresh = std::make_unique<Document>();
+            load(*fresh, std::move(bytes));
+            fresh->id = FileId::of(st);
+            doc = c.store(path, std::move(fresh));
+        }
+    }
+    doc->watchGeneration = watched ? stamp.generation : 0;
+    doc->checkedAt = stamp.reports;
+    doc->lastUse = ++c.clock;
+    presence = Presence::Present;
+    return doc;
+}
+
 // The parsed copy of the file as it is on disk now, or null when there is no readable file.
 Document *openDocument(const QString &path, Presence &presence)
 {
     Cache &c = cache();
-    const auto cached = c.docs.find(path);
-    const QByteArray native = QFile::encodeName(path);
-    struct stat st = {};
-    if (::stat(native.constData(), &st) != 0) {
-        presence = (errno == ENOENT || errno == ENOTDIR) ? Presence::Missing : Presence::Unusable;
-        if (cached != c.docs.end())
-            c.docs.erase(cached);
-        return nullptr;
-    }
-    if (cached != c.docs.end() && S_ISREG(st.st_mode) && cached->second->id == FileId::of(st)) {
+    c.use(path);
+    if (ChangeWatch::instance().unchanged(c.lastDoc)) {
         presence = Presence::Present;
-        cached->second->lastUse = ++c.clock;
-        return cached->second.get();
+        c.lastDoc->lastUse = ++c.clock;
+        return c.lastDoc;
     }
-    if (cached != c.docs.end())
-        c.docs.erase(cached);
-
-    presence = Presence::Unusable;
-    if (!S_ISREG(st.st_mode))
-        return nullptr;
-    const int fd = ::open(native.constData(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
-        return nullptr;
-    QByteArray bytes;
-    bytes.reserve(st.st_size);
-    const bool ok = ::fstat(fd, &st) == 0 && readAll(fd, bytes);
-    ::close(fd);
-    if (!ok)
-        return nullptr;
-
-    auto doc = std::make_unique<Document>();
-    load(*doc, std::move(bytes));
-    doc->id = FileId::of(st);
-    Document *result = doc.get();
-    c.store(path, std::move(doc));
-    presence = Presence::Present;
-    return result;
+    return checkOnDisk(c, path, presence);
 }
 
 } // namespace
@@ -603,34 +1051,38 @@ int getPrivateProfileString(const QString &section, const QString &key, const QS
 
     Presence presence;
     if (const Document *doc = openDocument(fileName, presence)) {
-        const auto sec = doc->sectionIndex.constFind(fold(trimBlanks(ansiArgument(section))));
-        if (sec != doc->sectionIndex.constEnd()) {
-            const auto line = doc->keys.constFind({*sec, fold(trimBlanks(ansiArgument(key)))});
-            if (line != doc->keys.constEnd()) {
-                const QStringView value = stripQuotes(storedValue(doc->content(*line)));
+        QString changedSection;
+        QString changedKey;
+        const qsizetype found = doc->findSection(trimBlanks(ansiArgument(section, changedSection)));
+        if (found != kNoSection) {
+            const QStringView name = trimBlanks(ansiArgument(key, changedKey));
+            const LineId line = doc->findKey(found, name, keyHash(found, name));
+            if (line != kNoLine) {
+                const QStringView value = stripQuotes(storedValue(doc->content(line)));
                 if (doc->encoding == Encoding::Ansi)
                     result = value.first(std::min(value.size(), room)).toString();
                 else
-                    result = rt::fromAnsi(rt::toAnsi(value.toString())).left(room);
+                    result = rt::fromAnsi(rt::toAnsi(value)).left(room);
                 return int(result.size());
             }
         }
     }
 
-    result = ansiArgument(defaultValue);
-    qsizetype end = result.size();
-    while (end > 0 && result[end - 1] == u' ')
-        --end;
-    result.truncate(std::min(end, room));
+    QString changed;
+    QStringView fallback = ansiArgument(defaultValue, changed);
+    while (!fallback.isEmpty() && fallback.back() == u' ')
+        fallback.chop(1);
+    result = fallback.first(std::min(fallback.size(), room)).toString();
     return int(result.size());
 }
 
 bool writePrivateProfileString(const QString &section, const QString &key, const QString &value,
                                const QString &fileName)
 {
-    const QString sec = trimBlanks(ansiArgument(section)).toString();
-    const QString name = trimBlanks(ansiArgument(key)).toString();
-    const QString text = ansiArgument(value);
+    QString changed;
+    const QString sec = trimBlanks(ansiArgument(section, changed)).toString();
+    const QString name = trimBlanks(ansiArgument(key, changed)).toString();
+    const QString text = ansiArgument(value, changed).toString();
 
     Presence presence;
     Document *doc = openDocument(fileName, presence);
@@ -655,12 +1107,13 @@ bool writePrivateProfileString(const QString &section, const QString &key, const
     QByteArray bytes = serialize(*doc);
     FileId id;
     if (!replaceFile(fileName, bytes, id)) {
-        cache().docs.erase(fileName); // the copy holds the edit the file did not get
+        cache().erase(fileName); // the copy holds the edit the file did not get
         return false;
     }
     if (edit == Edit::NeedsReparse)
         load(*doc, std::move(bytes));
     doc->id = id;
+    doc->watchGeneration = 0; // a new file, not watched yet: the next call looks at it
     return true;
 }
 
@@ -669,7 +1122,7 @@ namespace profilecache
 
 void clear()
 {
-    cache().docs.clear();
+    cache().clear();
 }
 
 quint64 parseCount()
@@ -682,6 +1135,16 @@ qsizetype parseForBenchmark(const QByteArray &fileBytes)
     Document doc;
     load(doc, fileBytes);
     return doc.keys.size();
+}
+
+void setChangeNotification(bool on)
+{
+    ChangeWatch::instance().setEnabled(on);
+}
+
+bool changeNotificationActive()
+{
+    return ChangeWatch::instance().active();
 }
 
 } // namespace profilecache

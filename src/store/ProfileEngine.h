@@ -8,8 +8,9 @@
 // Files are Windows-1252 bytes, or UTF-16LE when they start with FF FE. A write edits the
 // file in place (every other byte stays as it was) and replaces it atomically.
 //
-// A parsed copy of each file is kept between calls and checked against the file on disk at
-// every call, so a read is one stat and two hash lookups.
+// A parsed copy of each file is kept between calls. Where the system reports changes to
+// files (Linux), a read uses it without looking at the disk until a change is reported;
+// elsewhere it is checked against the file on disk with a stat at every call.
 namespace store
 {
 
@@ -32,6 +33,11 @@ quint64 parseCount(); // how many times file contents have been parsed so far
 
 // Parses file contents the way the engine does and returns how many keys are reachable.
 qsizetype parseForBenchmark(const QByteArray &fileBytes);
+
+// Off, every call looks at the file on disk, as where the system reports no changes; tests
+// cover that way with it. On by default.
+void setChangeNotification(bool on);
+bool changeNotificationActive(); // whether changes are being reported now
 
 } // namespace profilecache
 } // namespace store
