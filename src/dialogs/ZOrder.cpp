@@ -14,9 +14,13 @@ void SetZOrder(QWidget *window, InsertAfter insertAfter)
     case InsertAfter::TopMost:
     case InsertAfter::NoTopMost: {
         const bool onTop = insertAfter == InsertAfter::TopMost;
-        // Changing the flag hides a shown window; show() below brings it back.
-        if (window->windowFlags().testFlag(Qt::WindowStaysOnTopHint) != onTop)
+        // Changing the flag hides the window and can move it by its frame; show() below
+        // brings it back, where it was.
+        if (window->windowFlags().testFlag(Qt::WindowStaysOnTopHint) != onTop) {
+            const QRect geometry = window->geometry();
             window->setWindowFlag(Qt::WindowStaysOnTopHint, onTop);
+            window->setGeometry(geometry);
+        }
         window->raise();
         break;
     }

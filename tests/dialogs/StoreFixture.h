@@ -27,7 +27,10 @@ public:
     }
 
     // Text with "\n" line ends, as the CRLF bytes the store holds.
-    static QByteArray crlf(const QByteArray &text) { return QByteArray(text).replace("\n", "\r\n"); }
+    static QByteArray crlf(const QByteArray &text)
+    {
+        return QByteArray(text).replace("\n", "\r\n");
+    }
 
     static QByteArray data()
     {

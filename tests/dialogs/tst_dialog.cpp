@@ -154,18 +154,30 @@ private slots:
     {
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("stored"); // empty: rejected
-        QTest::newRow("single digit minute") << "9:5 pm" << "9:5 PM";
-        QTest::newRow("no blank") << "12:00AM" << "12:00AM";
-        QTest::newRow("blank before minute") << "7: 15 am" << "7: 15 AM";
-        QTest::newRow("all day") << "ALL day" << "00:00";
-        QTest::newRow("no hour") << ":30 AM" << "";
-        QTest::newRow("hour 0") << "0:30 AM" << "";
-        QTest::newRow("hour 13") << "13:00 PM" << "";
-        QTest::newRow("minute 60") << "10:60 AM" << "";
-        QTest::newRow("no AM or PM") << "10:30" << "";
-        QTest::newRow("no colon") << "10 AM" << "";
-        QTest::newRow("three-digit minute") << "10:030 AM" << "";
-        QTest::newRow("hour no number") << "a:30 AM" << "";
+        QTest::newRow("single digit minute") << "9:5 pm"
+                                             << "9:5 PM";
+        QTest::newRow("no blank") << "12:00AM"
+                                  << "12:00AM";
+        QTest::newRow("blank before minute") << "7: 15 am"
+                                             << "7: 15 AM";
+        QTest::newRow("all day") << "ALL day"
+                                 << "00:00";
+        QTest::newRow("no hour") << ":30 AM"
+                                 << "";
+        QTest::newRow("hour 0") << "0:30 AM"
+                                << "";
+        QTest::newRow("hour 13") << "13:00 PM"
+                                 << "";
+        QTest::newRow("minute 60") << "10:60 AM"
+                                   << "";
+        QTest::newRow("no AM or PM") << "10:30"
+                                     << "";
+        QTest::newRow("no colon") << "10 AM"
+                                  << "";
+        QTest::newRow("three-digit minute") << "10:030 AM"
+                                            << "";
+        QTest::newRow("hour no number") << "a:30 AM"
+                                        << "";
     }
     void timeCheck()
     {
@@ -196,14 +208,18 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("message"); // empty: accepted
 
-        QTest::newRow("empty memo") << false << false << "" << "You should type a Memo!";
-        QTest::newRow("empty action") << true << true << "" << "You should type an action!";
-        QTest::newRow("memo of a one-off event, another day")
-            << false << false << "Lunch with Ann" << "Memo already exists!";
-        QTest::newRow("memo of a recurring event, with blanks")
-            << true << false << " Standup " << "Memo already exists!";
-        QTest::newRow("other case") << false << false << "lunch with ann" << "";
-        QTest::newRow("same text as an action") << false << true << "Lunch with Ann" << "";
+        QTest::newRow("empty memo") << false << false << ""
+                                    << "You should type a Memo!";
+        QTest::newRow("empty action") << true << true << ""
+                                      << "You should type an action!";
+        QTest::newRow("memo of a one-off event, another day") << false << false << "Lunch with Ann"
+                                                              << "Memo already exists!";
+        QTest::newRow("memo of a recurring event, with blanks") << true << false << " Standup "
+                                                                << "Memo already exists!";
+        QTest::newRow("other case") << false << false << "lunch with ann"
+                                    << "";
+        QTest::newRow("same text as an action") << false << true << "Lunch with Ann"
+                                                << "";
     }
     void memoChecks()
     {
@@ -233,8 +249,8 @@ private slots:
         open(kCategories);
         type("txtmemo", QStringLiteral("a=b; \"q\" \u03a8\r\n[count]\r\nc=9"));
         dialog->OKButton_Click();
-        QVERIFY(StoreFixture::data().endsWith(
-            "Memo=a=b; \"q\" ?\r\nCat=Work\r\n[count]\r\nc=9\r\n"));
+        QVERIFY(
+            StoreFixture::data().endsWith("Memo=a=b; \"q\" ?\r\nCat=Work\r\n[count]\r\nc=9\r\n"));
         const store::Model after = store::loadModel();
         QCOMPARE(after.eventCount(), 1);
         QCOMPARE(after.events[1].cat, "Work");
@@ -269,11 +285,12 @@ private slots:
         dialog->OKButton_Click();
         QVERIFY(boxes->calls.isEmpty());
         QCOMPARE(StoreFixture::data(),
-                 StoreFixture::crlf(kCategories + QByteArray(events)
-                                                      .replace("Date=7/1/2004\nTime=00:00",
-                                                               "Date=8/5/2004\nTime=25:99")
-                                                      .replace("a.txt\nCat=Work", "a.txt\nCat=Health") +
-                                    "[4]\nMemo=Two\n"));
+                 StoreFixture::crlf(
+                     kCategories +
+                     QByteArray(events)
+                         .replace("Date=7/1/2004\nTime=00:00", "Date=8/5/2004\nTime=25:99")
+                         .replace("a.txt\nCat=Work", "a.txt\nCat=Health") +
+                     "[4]\nMemo=Two\n"));
     }
 
     // Recurring event 2 of 5 writes 2 as the count.
@@ -281,8 +298,9 @@ private slots:
     {
         QByteArray recurring = "[rcount]\nc=5\n";
         for (int n = 1; n <= 5; ++n)
-            recurring += "[r" + QByteArray::number(n) + "]\nType=Yearly\nDay=29\nMonth=2\n"
-                                                        "Time=00:00\nMemo=m" +
+            recurring += "[r" + QByteArray::number(n) +
+                         "]\nType=Yearly\nDay=29\nMonth=2\n"
+                         "Time=00:00\nMemo=m" +
                          QByteArray::number(n) + "\nCat=Work\n";
         open(kCategories + recurring);
         dialog->RModi(2);
@@ -304,9 +322,12 @@ private slots:
         QTest::addColumn<QString>("answer");
         QTest::addColumn<QString>("message");
         QTest::addColumn<QByteArray>("added");
-        QTest::newRow("new") << "Sports" << "" << QByteArray("4=Sports\n4c=0\n");
-        QTest::newRow("other case") << "hEALTH" << "Category already exists!" << QByteArray();
-        QTest::newRow("no answer") << "" << "" << QByteArray();
+        QTest::newRow("new") << "Sports"
+                             << "" << QByteArray("4=Sports\n4c=0\n");
+        QTest::newRow("other case") << "hEALTH"
+                                    << "Category already exists!" << QByteArray();
+        QTest::newRow("no answer") << ""
+                                   << "" << QByteArray();
     }
     void newCategory()
     {

@@ -1,0 +1,123 @@
+#include "StoreFixture.h"
+#include "dialogs/frmCust.h"
+#include "runtime/MsgBox.h"
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QTimer>
+
+namespace
+{
+
+const QByteArray kCategories = "[Categories]\nc=3\n1=More\n1c=8421504\n2=Work\n2c=255\n"
+                               "3=Health\n3c=65535\n";
+
+// Answers the colour dialog the window is about to open.
+void pickNext(QObject *context, const QColor &colour)
+{
+    QTimer::singleShot(0, context, [colour] {
+        auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog);
+        dialog->setCurrentColor(colour);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+}
+
+} // namespace
+
+class TestFrmCust : public QObject
+{
+    Q_OBJECT
+
+    StoreFixture fixture;
+
+    static QComboBox *cmbcat(frmCust &window) { return window.findChild<QComboBox *>("cmbcat"); }
+    static void choose(frmCust &window, const QString &entry)
+    {
+        cmbcat(window)->setCurrentText(entry);
+        window.cmbcat_Click();
+    }
+
+private slots:
+    void init() { StoreFixture::setData(kCategories); }
+
+    void categoryOneStandsForSeveralEvents()
+    {
+        frmCust window;
+        QStringList entries;
+        for (int i = 0; i < cmbcat(window)->count(); ++i)
+            entries << cmbcat(window)->itemText(i);
+        QCOMPARE(entries, QStringList({"More than one event", "Work", "Health", "New.."}));
+        window.selectByName("health");
+        QCOMPARE(cmbcat(window)->currentIndex(), 2);
+        window.selectByName("More");
+        QCOMPARE(cmbcat(window)->currentIndex(), 0);
+    }
+
+    // Blue is 0xFF0000 in the store.
+    void okWritesEveryColour()
+    {
+        frmCust window;
+        window.selectByName("Work");
+        pickNext(this, Qt::blue);
+        window.cmdpalette_Click();
+        window.OKButton_Click();
+        QCOMPARE(StoreFixture::data(),
+                 StoreFixture::crlf(QByteArray(kCategories).replace("2c=255", "2c=16711680")));
+    }
+
+    // A new category is kept at once; picked colours only with OK.
+    void leavingWithoutOkKeepsOnlyNewCategories()
+    {
+        {
+            rt::MsgBoxRecorder boxes;
+            boxes.nextInputs << "Sports";
+            frmCust window;
+            choose(window, "Work");
+            pickNext(this, Qt::blue);
+            window.cmdpalette_Click();
+            choose(window, "New..");
+            QCOMPARE(cmbcat(window)->currentText(), "Sports");
+            pickNext(this, Qt::red);
+            window.cmdpalette_Click();
+            window.reject();
+        }
+        const QByteArray withSports =
+            QByteArray(kCategories).replace("c=3", "c=4") + "4=Sports\n4c=0\n";
+        QCOMPARE(StoreFixture::data(), StoreFixture::crlf(withSports));
+    }
+
+    void knownNamesInAnyCaseAreRefused()
+    {
+        rt::MsgBoxRecorder boxes;
+        boxes.nextInputs << "WORK"
+                         << "more";
+        frmCust window;
+        choose(window, "Health");
+        choose(window, "New..");
+        choose(window, "New..");
+        QCOMPARE(boxes.calls.size(), 4);
+        QCOMPARE(boxes.calls[1].prompt, "Category already exists!");
+        QCOMPARE(boxes.calls[1].style, int(rt::vbCritical));
+        QCOMPARE(boxes.calls[3].prompt, "Category already exists!");
+        QCOMPARE(cmbcat(window)->currentText(), "Health");
+        QCOMPARE(StoreFixture::data(), StoreFixture::crlf(kCategories));
+    }
+
+    // The first category of an empty store would be taken for "More".
+    void aFirstCategoryComesAfterMore()
+    {
+        StoreFixture::setData("");
+        rt::MsgBoxRecorder boxes;
+        boxes.nextInputs << "Work";
+        frmCust window;
+        choose(window, "New..");
+        QCOMPARE(StoreFixture::data(),
+                 StoreFixture::crlf("[Categories]\nc=2\n1=More\n1c=0\n2=Work\n2c=0\n"));
+        QCOMPARE(cmbcat(window)->currentText(), "Work");
+    }
+};
+
+QTEST_MAIN(TestFrmCust)
+#include "tst_frmcust.moc"
