@@ -2,9 +2,15 @@
 
 #include "mainwindow/DayView.h"
 #include "mainwindow/Painters.h"
+#include "runtime/Clock.h"
 #include "runtime/Colors.h"
+#include "runtime/MsgBox.h"
 #include "runtime/Numbers.h"
+#include "runtime/RuntimeError.h"
 #include "runtime/Twips.h"
+#include "security/Password.h"
+#include "security/frmPassword.h"
+#include "security/frmpass.h"
 #include "yearcalendar/UserControl1.h"
 
 #include <QCloseEvent>
@@ -122,6 +128,7 @@ void Form1::createControls()
     timer1_ = new QTimer(this);
     timer1_->setObjectName(QStringLiteral("Timer1"));
     timer1_->setInterval(40);
+    connect(timer1_, &QTimer::timeout, this, &Form1::Timer1_Timer);
     timer2_ = new QTimer(this);
     timer2_->setObjectName(QStringLiteral("Timer2"));
     timer2_->setInterval(40);
@@ -167,8 +174,11 @@ void Form1::createMenus()
             &Form1::findRequested);
 
     QMenu *options = addMenu("options", QStringLiteral("&Options"));
-    addItem(options, "cpass", QStringLiteral("Create Password"))->setEnabled(false);
-    addItem(options, "chPass", QStringLiteral("Change Password"))->setEnabled(false);
+    connect(options, &QMenu::aboutToShow, this, &Form1::options_Click);
+    cpass_ = addItem(options, "cpass", QStringLiteral("Create Password"));
+    connect(cpass_, &QAction::triggered, this, &Form1::cpass_Click);
+    chPass_ = addItem(options, "chPass", QStringLiteral("Change Password"));
+    connect(chPass_, &QAction::triggered, this, &Form1::chPass_Click);
     connect(addItem(options, "cust", QStringLiteral("Customize")), &QAction::triggered, this,
             [this] { emit customizeRequested(QString()); });
 
@@ -215,7 +225,7 @@ void Form1::createMenus()
 
 void Form1::Form_Load()
 {
-    // The password gate comes first, before anything is shown.
+    passwordGate();
     if (!(windowState() & Qt::WindowMinimized)) {
         const QScreen *screen = this->screen();
         const bool narrow = screen && rt::pixelsToTwips(screen->geometry().width()) == 12000;
@@ -224,13 +234,30 @@ void Form1::Form_Load()
     }
     Form_Activate();
     allevents_Click();
-    // Then, in this order: the reminders' fired flags, the 3D logo on Timer2, and last the
-    // reminder check on Timer1.
+    reminders_.clearFlags();
+    // The 3D logo on Timer2 starts here, between the flags and the reminder check.
+    timer1_->start();
+}
+
+void Form1::passwordGate()
+{
+    if (store::readPasswordCount() == QLatin1String("0"))
+        return;
+    storedPassword_ = store::readPassword();
+    frmpass prompt(enteredPassword_);
+    prompt.exec();
+    // One attempt only.
+    if (!security::samePassword(enteredPassword_, storedPassword_)) {
+        rt::MsgBox(QStringLiteral("Password is not correct!"), rt::vbCritical,
+                   QStringLiteral("Wrong Password"));
+        rt::End();
+    }
 }
 
 void Form1::Form_Activate()
 {
     model_ = store::loadModel();
+    reminders_.setModel(model_);
     loadCategoryItems();
     loadLegend();
     repaint();
@@ -476,6 +503,50 @@ void Form1::vScroll1_Change()
 void Form1::exit_Click()
 {
     emit exitRequested();
+}
+
+QString Form1::readStoredPassword()
+{
+    storedPassword_.clear();
+    const QString count = store::readPasswordCount();
+    if (count != QLatin1String("0"))
+        storedPassword_ = store::readPassword();
+    return count;
+}
+
+void Form1::options_Click()
+{
+    const QString count = readStoredPassword();
+    const bool set = count != QLatin1String("0") && !count.isEmpty();
+    chPass_->setEnabled(set);
+    cpass_->setEnabled(!set);
+}
+
+frmPassword *Form1::passwordWindow()
+{
+    if (!frmPassword_) {
+        frmPassword_ = new frmPassword(storedPassword_, this);
+        frmPassword_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    return frmPassword_;
+}
+
+void Form1::cpass_Click()
+{
+    passwordWindow()->show();
+}
+
+void Form1::chPass_Click()
+{
+    readStoredPassword();
+    frmPassword *window = passwordWindow();
+    window->chPass();
+    window->show();
+}
+
+void Form1::Timer1_Timer()
+{
+    reminders_.tick(rt::Clock::Now());
 }
 
 void Form1::lblcat_Click(int index)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mainwindow/AlarmOutput.h"
+#include "mainwindow/ReminderCheck.h"
 #include "mainwindow/ViewFilters.h"
 #include "runtime/DateTime.h"
 #include "store/DataStore.h"
@@ -7,6 +9,7 @@
 #include <QList>
 #include <QMainWindow>
 #include <QMap>
+#include <QPointer>
 
 class QAction;
 class QFrame;
@@ -16,6 +19,7 @@ class QMenu;
 class QScrollBar;
 class QTimer;
 class Painters;
+class frmPassword;
 class UserControl1;
 
 // The main window: the year calendar, the legend of categories, the logo's picture box and
@@ -54,6 +58,20 @@ public:
     void vScroll1_Change();
     void lblcat_Click(int index);
     void exit_Click();
+
+    // The Options menu and the password windows.
+    void options_Click();
+    void cpass_Click();
+    void chPass_Click();
+
+    // The reminder check, run by Timer1 at the clock's current instant.
+    void Timer1_Timer();
+    const ReminderCheck &reminders() const { return reminders_; }
+    frmalarm *alarmWindow() const { return alarms_.window(); }
+
+    // The password rebuilt from the store, and the one typed at start-up.
+    const QString &storedPassword() const { return storedPassword_; }
+    const QString &enteredPassword() const { return enteredPassword_; }
 
     const store::Model &model() const { return model_; }
     rt::Date selectedDate() const { return selectedDate_; }
@@ -94,10 +112,18 @@ private:
     ViewFilters filtersFromMenu() const;
     void menuFromFilters(const ViewFilters &filters);
     template <typename Paint> void paint(Paint &&paint);
+    void passwordGate();
+    QString readStoredPassword();
+    frmPassword *passwordWindow();
 
     store::Model model_;
     rt::Date selectedDate_ = 0;
     bool hideWhenMinimised_ = true;
+    AlarmOutput alarms_;
+    ReminderCheck reminders_{alarms_};
+    QString storedPassword_;
+    QString enteredPassword_;
+    QPointer<frmPassword> frmPassword_;
 
     UserControl1 *cal_ = nullptr;
     QGroupBox *frame1_ = nullptr;
@@ -108,6 +134,8 @@ private:
     QMap<int, QFrame *> shpcat_;
     QMap<int, QLabel *> lblcat_;
 
+    QAction *cpass_ = nullptr;
+    QAction *chPass_ = nullptr;
     QMenu *view_ = nullptr;
     QAction *weekly_ = nullptr;
     QAction *mon_ = nullptr;

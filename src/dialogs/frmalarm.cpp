@@ -1,0 +1,115 @@
+#include "dialogs/frmalarm.h"
+
+#include "store/Files.h"
+
+#include <QAudioDevice>
+#include <QEvent>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMediaDevices>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSoundEffect>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace
+{
+
+// Windows faces, with the metric-compatible faces Linux has in their place.
+QFont face(const QString &windowsFamily, const QString &linuxFamily, double points)
+{
+    QFont font;
+    font.setFamilies({windowsFamily, linuxFamily});
+    font.setPointSizeF(points);
+    return font;
+}
+
+} // namespace
+
+frmalarm::frmalarm(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("frmalarm"));
+    setAutoFillBackground(true);
+
+    label1_ = new QLabel(QStringLiteral("Memo:"), this);
+    label1_->setObjectName(QStringLiteral("Label1"));
+    txtMemo_ = new QPlainTextEdit(this);
+    txtMemo_->setObjectName(QStringLiteral("txtMemo"));
+    txtMemo_->setFont(
+        face(QStringLiteral("Times New Roman"), QStringLiteral("Liberation Serif"), 12));
+    txtMemo_->setReadOnly(true);
+    txtMemo_->setFixedHeight(txtMemo_->fontMetrics().lineSpacing() * 4 + 12);
+    txttitle_ = new QLineEdit(this);
+    txttitle_->setObjectName(QStringLiteral("txttitle"));
+    txttitle_->setFont(
+        face(QStringLiteral("MS Sans Serif"), QStringLiteral("Liberation Sans"), 8.25));
+    txttitle_->setReadOnly(true);
+    okButton_ = new QPushButton(QStringLiteral("OK"), this);
+    okButton_->setObjectName(QStringLiteral("OKButton"));
+    okButton_->setDefault(true);
+    cancelButton_ = new QPushButton(QStringLiteral("Cancel"), this);
+    cancelButton_->setObjectName(QStringLiteral("CancelButton"));
+    cancelButton_->setAutoDefault(false);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(okButton_);
+    buttons->addWidget(cancelButton_);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(label1_);
+    layout->addWidget(txtMemo_);
+    layout->addWidget(txttitle_);
+    layout->addLayout(buttons);
+    setMinimumWidth(340);
+
+    connect(okButton_, &QPushButton::clicked, this, &frmalarm::OKButton_Click);
+    connect(cancelButton_, &QPushButton::clicked, this, &frmalarm::CancelButton_Click);
+}
+
+frmalarm::~frmalarm() = default;
+
+void frmalarm::setBackColor(rt::WinColor colour)
+{
+    QPalette p = palette();
+    p.setColor(QPalette::Window, rt::toQColor(colour));
+    setPalette(p);
+}
+
+rt::WinColor frmalarm::backColor() const
+{
+    return rt::fromQColor(palette().color(QPalette::Window));
+}
+
+void frmalarm::Form_Activate()
+{
+    const QString path = files::alarmWav();
+    if (!QFileInfo(path).isFile() || QMediaDevices::defaultAudioOutput().isNull())
+        return;
+    if (!sound_) {
+        sound_ = new QSoundEffect(this);
+        sound_->setObjectName(QStringLiteral("alarmSound"));
+    }
+    // Set anew each time: the program folder is looked up at every use.
+    sound_->setSource(QUrl::fromLocalFile(path));
+    sound_->play();
+}
+
+void frmalarm::OKButton_Click()
+{
+    accept();
+}
+
+void frmalarm::CancelButton_Click()
+{
+    reject();
+}
+
+bool frmalarm::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        Form_Activate();
+    return QDialog::event(event);
+}

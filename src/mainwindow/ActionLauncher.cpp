@@ -1,0 +1,37 @@
+#include "mainwindow/ActionLauncher.h"
+
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QUrl>
+
+namespace
+{
+
+QUrl urlOf(const QString &path, const QFileInfo &info)
+{
+    if (info.exists())
+        return QUrl::fromLocalFile(info.absoluteFilePath());
+    // Two letters at least, so that "C:\notes.txt" reads as a drive, not as a scheme.
+    static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]+:"));
+    if (scheme.match(path).hasMatch())
+        return QUrl(path, QUrl::TolerantMode);
+    if (path.startsWith(QLatin1String("www."), Qt::CaseInsensitive))
+        return QUrl(QStringLiteral("http://") + path, QUrl::TolerantMode);
+    return QUrl::fromLocalFile(info.absoluteFilePath());
+}
+
+} // namespace
+
+void openAction(const QString &path)
+{
+    if (path.isEmpty())
+        return;
+    const QFileInfo info(path);
+    if (info.isFile() && info.isExecutable()) {
+        QProcess::startDetached(info.absoluteFilePath(), {}, info.absolutePath());
+        return;
+    }
+    QDesktopServices::openUrl(urlOf(path, info));
+}

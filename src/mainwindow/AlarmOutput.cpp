@@ -1,0 +1,43 @@
+#include "mainwindow/AlarmOutput.h"
+
+#include "dialogs/frmalarm.h"
+#include "mainwindow/ActionLauncher.h"
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+AlarmOutput::AlarmOutput() = default;
+AlarmOutput::~AlarmOutput() = default;
+
+frmalarm &AlarmOutput::fill(const Alarm &alarm)
+{
+    if (!window_)
+        window_ = std::make_unique<frmalarm>();
+    window_->setWindowTitle(alarm.category);
+    window_->setBackColor(alarm.colour);
+    window_->txtMemo()->setPlainText(alarm.memo);
+    window_->txttitle()->setText(alarm.when);
+    return *window_;
+}
+
+void AlarmOutput::showOneOffAlarm(const Alarm &alarm)
+{
+    frmalarm &window = fill(alarm);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+void AlarmOutput::showRecurringAlarm(const Alarm &alarm)
+{
+    frmalarm &window = fill(alarm);
+    // A window already shown modeless only turns modal when it is shown again.
+    if (window.isVisible())
+        window.hide();
+    window.exec();
+}
+
+void AlarmOutput::launchAction(const QString &path)
+{
+    openAction(path);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "mainwindow/ReminderCheck.h"
+
+#include <memory>
+
+class frmalarm;
+
+// What the reminder check shows and opens: one alarm window, made on first use and reused
+// for every memo, and actions through the desktop.
+class AlarmOutput : public ReminderOutput
+{
+public:
+    AlarmOutput();
+    ~AlarmOutput() override;
+
+    void showOneOffAlarm(const Alarm &alarm) override;
+    void showRecurringAlarm(const Alarm &alarm) override;
+    void launchAction(const QString &path) override;
+
+    frmalarm *window() const { return window_.get(); } // null before the first memo
+
+private:
+    frmalarm &fill(const Alarm &alarm);
+
+    std::unique_ptr<frmalarm> window_;
+};

@@ -1,0 +1,235 @@
+#include "mainwindow/ReminderCheck.h"
+
+#include "runtime/DateText.h"
+#include "runtime/Numbers.h"
+
+#include <QScopedValueRollback>
+
+namespace
+{
+
+const QString kGap = QStringLiteral("  ");
+
+// One-off events and their cross-references alike fail on a missing number the way an
+// array out of its bounds does.
+template <typename List> void checkIndex(const List &list, int i)
+{
+    if (i < 0 || i >= int(list.size()))
+        throw rt::RuntimeError::subscriptOutOfRange();
+}
+
+QString whenLine(const store::RecurringEvent &event, bool allDay)
+{
+    QString line;
+    if (event.type == store::kYearly)
+        line = event.day + QLatin1Char('/') + event.month + kGap;
+    else if (event.type != store::kDaily)
+        line = event.day + kGap;
+    if (!allDay)
+        line += event.time + kGap;
+    return line + event.type;
+}
+
+} // namespace
+
+template <typename T>
+template <typename Convert>
+ReminderCheck::Converted<T> ReminderCheck::Converted<T>::of(Convert &&convert)
+{
+    Converted converted;
+    try {
+        converted.value_ = convert();
+    } catch (const rt::RuntimeError &error) {
+        converted.error_ = error;
+    }
+    return converted;
+}
+
+template <typename T> const T &ReminderCheck::Converted<T>::value() const
+{
+    if (error_)
+        throw *error_;
+    return value_;
+}
+
+void ReminderCheck::setModel(const store::Model &model)
+{
+    model_ = &model;
+
+    events_.assign(model.events.size(), {});
+    for (qsizetype i = 1; i < model.events.size(); ++i) {
+        const store::Event &event = model.events[i];
+        // "00:00" converts to the time value 0.
+        events_[i] = {event.date, event.time == 0, {rt::Hour(event.time), rt::Minute(event.time)}};
+    }
+
+    recurring_.assign(model.recurring.size(), {});
+    for (qsizetype i = 1; i < model.recurring.size(); ++i) {
+        const store::RecurringEvent &event = model.recurring[i];
+        Recurring &r = recurring_[i];
+        if (event.type == store::kDaily)
+            r.kind = Kind::Daily;
+        else if (event.type == store::kWeekly)
+            r.kind = Kind::Weekly;
+        else if (event.type == store::kMonthly)
+            r.kind = Kind::Monthly;
+        else if (event.type == store::kYearly)
+            r.kind = Kind::Yearly;
+        r.allDay = event.time == store::kAllDayTime;
+        if (!r.allDay) {
+            r.time = Converted<HourMinute>::of([&] {
+                const rt::Date time = rt::CDate(event.time);
+                return HourMinute{rt::Hour(time), rt::Minute(time)};
+            });
+        }
+        if (r.kind == Kind::Monthly)
+            r.day = Converted<double>::of([&] { return rt::CDbl(event.day); });
+    }
+    yearlyYear_ = 0;
+
+    colours_.assign(model.categoryColours.size(), std::nullopt);
+    for (qsizetype i = 1; i < model.categoryColours.size(); ++i) {
+        std::int32_t colour = 0;
+        if (rt::tryCLng(model.categoryColours[i], colour))
+            colours_[i] = colour;
+    }
+
+    eventFired_.resize(model.events.size(), false);
+    recurringFired_.resize(model.recurring.size(), false);
+}
+
+void ReminderCheck::clearFlags()
+{
+    std::fill(eventFired_.begin(), eventFired_.end(), false);
+    std::fill(recurringFired_.begin(), recurringFired_.end(), false);
+}
+
+void ReminderCheck::convertYearlyDates(int year)
+{
+    const QString yearText = QString::number(year);
+    for (qsizetype i = 1; i < model_->recurring.size(); ++i) {
+        if (recurring_[i].kind != Kind::Yearly)
+            continue;
+        const store::RecurringEvent &event = model_->recurring[i];
+        recurring_[i].date = Converted<rt::Date>::of([&] {
+            return rt::CDate(event.month + QLatin1Char('/') + event.day + QLatin1Char('/') +
+                             yearText);
+        });
+    }
+    yearlyYear_ = year;
+}
+
+bool ReminderCheck::dueNow(bool allDay, const HourMinute &at, int hour, int minute,
+                           std::vector<bool> &fired, int i) const
+{
+    if (allDay)
+        return !fired[i];
+    if (at.hour != hour)
+        return false;
+    if (at.minute != minute) {
+        fired[i] = false;
+        return false;
+    }
+    return !fired[i];
+}
+
+void ReminderCheck::tick(rt::Date now)
+{
+    // A modal alarm keeps the timer running; the check resumes once it is closed.
+    if (firing_ || !model_)
+        return;
+    const QScopedValueRollback firing(firing_, true);
+
+    const rt::Date today = rt::DatePart(now);
+    const int hour = rt::Hour(now);
+    const int minute = rt::Minute(now);
+
+    for (int i = 1; i < int(events_.size()); ++i) {
+        const OneOff &event = events_[i];
+        if (event.date != today) {
+            eventFired_[i] = false;
+            continue;
+        }
+        if (dueNow(event.allDay, event.time, hour, minute, eventFired_, i)) {
+            fireEvent(i);
+            eventFired_[i] = true;
+        }
+    }
+
+    const int year = rt::Year(today);
+    const QString weekdayName = rt::WeekdayName(rt::Weekday(today));
+    const int dayOfMonth = rt::Day(today);
+
+    // Bounds are read again on every round: a reload may come while a modal alarm is open.
+    for (int i = 1; i < int(recurring_.size()); ++i) {
+        const Recurring &event = recurring_[i];
+        bool matches = false;
+        switch (event.kind) {
+        case Kind::Other:
+            continue;
+        case Kind::Daily:
+            matches = true;
+            break;
+        case Kind::Weekly:
+            matches = model_->recurring[i].day == weekdayName;
+            break;
+        case Kind::Monthly:
+            matches = event.day.value() == dayOfMonth;
+            break;
+        case Kind::Yearly:
+            if (yearlyYear_ != year)
+                convertYearlyDates(year);
+            matches = recurring_[i].date.value() == today;
+            break;
+        }
+        if (!matches) {
+            recurringFired_[i] = false;
+            continue;
+        }
+        const HourMinute at = event.allDay ? HourMinute{} : event.time.value();
+        if (dueNow(event.allDay, at, hour, minute, recurringFired_, i)) {
+            fireRecurring(i);
+            checkIndex(recurringFired_, i);
+            recurringFired_[i] = true;
+        }
+    }
+}
+
+void ReminderCheck::fireEvent(int i)
+{
+    const store::Event &event = model_->events[i];
+    if (store::isAction(event.memo)) {
+        output_.launchAction(store::actionPath(event.memo));
+        return;
+    }
+    output_.showOneOffAlarm({event.cat, categoryColour(event.cat), event.memo,
+                             rt::CStr(event.date) + kGap + rt::CStr(event.time)});
+}
+
+void ReminderCheck::fireRecurring(int i)
+{
+    const store::RecurringEvent &event = model_->recurring[i];
+    // Weekly, monthly and yearly events are told memo from action by the one-off event of
+    // the same number, and open that event's path. Kept as the program has always done it.
+    const QString *marked = &event.memo;
+    if (event.type != store::kDaily) {
+        checkIndex(model_->events, i);
+        marked = &model_->events[i].memo;
+    }
+    if (store::isAction(*marked)) {
+        output_.launchAction(store::actionPath(*marked));
+        return;
+    }
+    output_.showRecurringAlarm(
+        {event.cat, categoryColour(event.cat), event.memo, whenLine(event, recurring_[i].allDay)});
+}
+
+rt::WinColor ReminderCheck::categoryColour(const QString &name) const
+{
+    rt::WinColor colour = 0;
+    for (qsizetype i = 1; i < model_->categoryNames.size(); ++i) {
+        if (model_->categoryNames[i] == name && i < qsizetype(colours_.size()) && colours_[i])
+            colour = rt::WinColor(*colours_[i]);
+    }
+    return colour;
+}

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "runtime/Colors.h"
+#include "runtime/DateTime.h"
+#include "runtime/RuntimeError.h"
+#include "store/DataStore.h"
+
+#include <QList>
+#include <QString>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+// A memo that has come due, as the alarm window shows it.
+struct Alarm {
+    QString category; // the window's caption
+    rt::WinColor colour = 0;
+    QString memo;
+    QString when;
+};
+
+// Where the reminder check sends what is due.
+class ReminderOutput
+{
+public:
+    virtual ~ReminderOutput() = default;
+    // The one shared alarm window, modeless: returns at once.
+    virtual void showOneOffAlarm(const Alarm &alarm) = 0;
+    // The same window, modal: returns once the user has closed it.
+    virtual void showRecurringAlarm(const Alarm &alarm) = 0;
+    // Opens the path with the desktop's "open"; nothing is reported back.
+    virtual void launchAction(const QString &path) = 0;
+};
+
+// The check that Timer1 runs 25 times a second: it compares an instant with every loaded
+// event, fires each event once per due period and keeps the fired flags that make it so.
+// Text that cannot change between reloads is converted when the model is set; a conversion
+// that failed raises its run-time error only where the tick reaches it.
+class ReminderCheck
+{
+public:
+    explicit ReminderCheck(ReminderOutput &output) : output_(output) {}
+
+    // The model is read, not copied, and must outlive the check. Flags already set are kept;
+    // new ones start clear.
+    void setModel(const store::Model &model);
+    void clearFlags();
+
+    // Raises rt::RuntimeError where the check meets a text that does not convert, or a
+    // cross-referenced one-off event that does not exist.
+    void tick(rt::Date now);
+
+    // Indexed by event number; element 0 is unused.
+    const std::vector<bool> &eventFired() const { return eventFired_; }
+    const std::vector<bool> &recurringFired() const { return recurringFired_; }
+
+private:
+    // A conversion made ahead of the tick: its value, or the error it raised.
+    template <typename T> class Converted
+    {
+    public:
+        template <typename Convert> static Converted of(Convert &&convert);
+        const T &value() const;
+
+    private:
+        T value_{};
+        std::optional<rt::RuntimeError> error_;
+    };
+
+    struct HourMinute {
+        int hour = 0;
+        int minute = 0;
+    };
+    struct OneOff {
+        rt::Date date = 0;
+        bool allDay = false;
+        HourMinute time;
+    };
+    enum class Kind : std::uint8_t { Other, Daily, Weekly, Monthly, Yearly };
+    struct Recurring {
+        Kind kind = Kind::Other;
+        bool allDay = false;
+        Converted<HourMinute> time; // timed events only
+        Converted<double> day;      // monthly events: the day field as a number
+        Converted<rt::Date> date;   // yearly events: this year's date, see yearlyYear_
+    };
+
+    bool dueNow(bool allDay, const HourMinute &at, int hour, int minute, std::vector<bool> &fired,
+                int i) const;
+    void fireEvent(int i);
+    void fireRecurring(int i);
+    void convertYearlyDates(int year);
+    rt::WinColor categoryColour(const QString &name) const;
+
+    ReminderOutput &output_;
+    const store::Model *model_ = nullptr;
+    std::vector<OneOff> events_;
+    std::vector<Recurring> recurring_;
+    std::vector<std::optional<std::int32_t>> colours_;
+    int yearlyYear_ = 0; // the year the yearly dates were converted for; 0 for none
+    std::vector<bool> eventFired_;
+    std::vector<bool> recurringFired_;
+    bool firing_ = false;
+};
