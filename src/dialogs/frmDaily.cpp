@@ -2,7 +2,7 @@
 
 #include "dialogs/ZOrder.h"
 
-#include <QHeaderView>
+#include <QEvent>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -28,7 +28,7 @@ frmDaily::frmDaily(QWidget *parent) : QDialog(parent)
     ListView1->setToolTip(QStringLiteral("Click the event to modify it."));
     ListView1->setRootIsDecorated(false);
     ListView1->setUniformRowHeights(true);
-    ListView1->header()->setStretchLastSection(false);
+    ListView1->installEventFilter(this);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(ListView1);
     resize(420, 300);
@@ -42,12 +42,12 @@ void frmDaily::showEvent(QShowEvent *event)
     SetZOrder(this, InsertAfter::Top);
 }
 
-void frmDaily::resizeEvent(QResizeEvent *event)
+bool frmDaily::eventFilter(QObject *watched, QEvent *event)
 {
-    QDialog::resizeEvent(event);
-    const int width = ListView1->viewport()->width();
-    ListView1->setColumnWidth(0, width * 3 / 10);
-    ListView1->setColumnWidth(1, width - width * 3 / 10);
+    // The time takes three tenths of the list, the memo the rest.
+    if (watched == ListView1 && event->type() == QEvent::Resize)
+        ListView1->setColumnWidth(0, ListView1->contentsRect().width() * 3 / 10);
+    return QDialog::eventFilter(watched, event);
 }
 
 void frmDaily::Form_Load()

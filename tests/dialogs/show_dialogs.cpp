@@ -8,6 +8,7 @@
 #include "runtime/ProgramFolder.h"
 #include "store/Files.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -93,9 +94,13 @@ int main(int argc, char **argv)
     {
         frmRemove r(date);
         save(&r, folder, QStringLiteral("remove"));
-        child<QComboBox>(&r, "Combo1")->showPopup();
+        r.show();
+        auto *list = child<QComboBox>(&r, "Combo1");
+        list->showPopup();
         QApplication::processEvents();
-        r.grab().save(QDir(folder).filePath(QStringLiteral("remove-list.png")));
+        list->view()->window()->grab().save(
+            QDir(folder).filePath(QStringLiteral("remove-list.png")));
+        r.hide();
     }
     {
         frmFind f(model);
