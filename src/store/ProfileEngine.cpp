@@ -792,13 +792,7 @@ private:
 
     bool start()
     {
-        static const bool forkHandled = ::pthread_atfork(nullptr, nullptr, [] {
-                                            // The child shares the descriptor with its parent,
-                                            // whose thread gets the signals.
-                                            ChangeWatch &watch = instance();
-                                            watch.owner_ = pthread_self();
-                                            watch.stop();
-                                        }) == 0;
+        static const bool forkHandled = ::pthread_atfork(nullptr, nullptr, forgetInChild) == 0;
         if (!forkHandled || !claimSignal(signalNumber()) || !claimSignal(SIGIO))
             return false;
         const int fd = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
@@ -817,6 +811,14 @@ private:
         hasOwner_ = true;
         ++generation_;
         return true;
+    }
+
+    // A forked child shares the descriptor with its parent, whose thread gets the signals.
+    static void forgetInChild()
+    {
+        ChangeWatch &watch = instance();
+        watch.owner_ = pthread_self();
+        watch.stop();
     }
 
     void stop()

@@ -3,11 +3,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace
@@ -59,6 +61,17 @@ QString readKey(const QString &file, const QString &section, const QString &key,
 
 const QByteArray kMissing("<missing>");
 
+// Runs a shell script as another process would; returns what went wrong, if anything.
+QString runShell(const QString &script, const QProcessEnvironment &env)
+{
+    QProcess sh;
+    sh.setProcessEnvironment(env);
+    sh.start(QStringLiteral("sh"), {QStringLiteral("-c"), script});
+    if (!sh.waitForFinished() || sh.exitStatus() != QProcess::NormalExit || sh.exitCode() != 0)
+        return script + QLatin1String(": ") + QString::fromLocal8Bit(sh.readAllStandardError());
+    return {};
+}
+
 } // namespace
 
 class TestProfileEngine : public QObject
@@ -72,6 +85,7 @@ private slots:
     void init()
     {
         store::profilecache::clear();
+        store::profilecache::setChangeNotification(true);
         file_ = dir_.filePath(QStringLiteral("Data.ini"));
         QFile::remove(file_);
     }
@@ -88,6 +102,10 @@ private slots:
     void writeKeepsPermissionsAndLeavesNoTemporaryFile();
     void readingEveryKeyParsesOnce();
     void fileChangedBehindTheEngineIsReread();
+    void changeByAnotherProcessIsSeen_data();
+    void changeByAnotherProcessIsSeen();
+    void relativePathFollowsTheWorkingFolder();
+    void forkedChildSeesChanges();
     void cachedCopyMatchesAFreshParse();
 };
 
@@ -411,6 +429,134 @@ void TestProfileEngine::fileChangedBehindTheEngineIsReread()
     writeBytes(file_, "[T]\r\nk=5\r\n");
     QVERIFY(store::writePrivateProfileString("S", "k", "6", file_));
     QCOMPARE(readBytes(file_), QByteArray("[T]\r\nk=5\r\n[S]\r\nk=6\r\n"));
+}
+
+void TestProfileEngine::changeByAnotherProcessIsSeen_data()
+{
+    QTest::addColumn<bool>("notified");
+    QTest::addColumn<QString>("setup");
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QString>("expected");
+
+    const QString plain("mkdir -p \"$D\" \"$O\" && printf '[S]\\r\\nk=0\\r\\n' > \"$F\"");
+    const QString two("printf '[S]\\r\\nk=2\\r\\n' > ");
+    struct Case {
+        const char *name;
+        QString setup;
+        QString change;
+        const char *expected;
+    };
+    const Case cases[] = {
+        {"rewritten in place", plain, two + "\"$F\" && printf 'j=1\\r\\n' >> \"$F\"", "2"},
+        {"renamed over, same size and time", plain,
+         two + "\"$D/new\" && touch -r \"$F\" \"$D/new\" && mv \"$D/new\" \"$F\"", "2"},
+        {"removed", plain, "rm \"$F\"", "<default>"},
+        {"folder removed", plain, "rm -r \"$D\"", "<default>"},
+        {"folder replaced", plain, "mv \"$D\" \"$P/old\" && mkdir \"$D\" && " + two + "\"$F\"",
+         "2"},
+        {"folder above replaced", plain,
+         "mv \"$P\" \"$P.old\" && mkdir -p \"$D\" && " + two + "\"$F\"", "2"},
+        {"written through another name", plain,
+         "ln \"$F\" \"$O/link\" && printf '[S]\\r\\nk=22\\r\\n' > \"$O/link\"", "22"},
+        {"file is a link, its target moved away",
+         "mkdir -p \"$D\" \"$O\" && printf '[S]\\r\\nk=0\\r\\n' > \"$O/t\" && ln -s \"$O/t\" "
+         "\"$F\"",
+         "mv \"$O/t\" \"$O/moved\"", "<default>"},
+        {"folder is a link",
+         "mkdir -p \"$P\" \"$O\" && ln -s \"$O\" \"$D\" && "
+         "printf '[S]\\r\\nk=0\\r\\n' > \"$F\"",
+         "mkdir \"$P/o2\" && " + two + "\"$P/o2/Data.ini\" && ln -sfn \"$P/o2\" \"$D\"", "2"},
+    };
+    for (const bool notified : {true, false}) {
+        for (const Case &c : cases) {
+            QTest::addRow("%s, %s", c.name, notified ? "notified" : "stat per call")
+                << notified << c.setup << c.change << QString(c.expected);
+        }
+    }
+}
+
+// Another process changes the file between two reads; the second read sees the change,
+// whichever file was read in between. Then the file that is there now is watched: a file
+// put in its place and one moved away are seen too.
+void TestProfileEngine::changeByAnotherProcessIsSeen()
+{
+    QFETCH(bool, notified);
+    QFETCH(QString, setup);
+    QFETCH(QString, change);
+    QFETCH(QString, expected);
+    store::profilecache::setChangeNotification(notified);
+
+    for (const char *old : {"p", "p.old", "o", "q"})
+        QDir(dir_.filePath(old)).removeRecursively();
+    const QString file = dir_.filePath("p/d/Data.ini");
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("P", dir_.filePath("p"));
+    env.insert("D", dir_.filePath("p/d"));
+    env.insert("F", file);
+    env.insert("O", dir_.filePath("o"));
+    auto run = [&env](const QString &script) { return runShell(script, env); };
+    QCOMPARE(run(setup), QString());
+    QVERIFY(QDir(dir_.path()).mkdir("q"));
+    const QString other = dir_.filePath("q/Other.ini");
+    writeBytes(other, "[S]\r\nk=other\r\n");
+
+    QCOMPARE(readKey(file, "S", "k"), QString("0"));
+    QVERIFY(store::writePrivateProfileString("S", "k", "1", file));
+    QCOMPARE(readKey(other, "S", "k"), QString("other"));
+    QCOMPARE(readKey(file, "S", "k"), QString("1"));
+    QCOMPARE(readKey(file, "S", "k"), QString("1"));
+    QCOMPARE(store::profilecache::changeNotificationActive(), notified);
+
+    QCOMPARE(run(change), QString());
+    QCOMPARE(readKey(file, "S", "k"), expected);
+    QCOMPARE(readKey(other, "S", "k"), QString("other"));
+
+    QCOMPARE(
+        run("mkdir -p \"$D\" && printf '[S]\\r\\nk=3\\r\\n' > \"$F.new\" && mv \"$F.new\" \"$F\""),
+        QString());
+    QCOMPARE(readKey(file, "S", "k"), QString("3"));
+    QCOMPARE(run("mv \"$F\" \"$O/gone\""), QString());
+    QCOMPARE(readKey(file, "S", "k"), QString("<default>"));
+}
+
+void TestProfileEngine::relativePathFollowsTheWorkingFolder()
+{
+    const QString before = QDir::currentPath();
+    for (const char *name : {"a", "b"}) {
+        QVERIFY(QDir(dir_.path()).mkpath(name));
+        writeBytes(dir_.filePath(name) + "/Data.ini", "[S]\r\nk=" + QByteArray(name) + "\r\n");
+    }
+    QVERIFY(QDir::setCurrent(dir_.filePath("a")));
+    const QString a = readKey("Data.ini", "S", "k");
+    QVERIFY(QDir::setCurrent(dir_.filePath("b")));
+    const QString b = readKey("Data.ini", "S", "k");
+    QVERIFY(QDir::setCurrent(before));
+    QCOMPARE(a, QString("a"));
+    QCOMPARE(b, QString("b"));
+}
+
+// Reports of changes go to the parent's thread, not to a forked child's.
+void TestProfileEngine::forkedChildSeesChanges()
+{
+    writeBytes(file_, "[S]\r\nk=1\r\n");
+    QCOMPARE(readKey(file_, "S", "k"), QString("1"));
+    const QByteArray path = QFile::encodeName(file_);
+    const QByteArray next = path + ".next";
+
+    const pid_t child = ::fork();
+    QVERIFY(child >= 0);
+    if (child == 0) {
+        const char bytes[] = "[S]\r\nk=2\r\n";
+        const int fd = ::open(next.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        const bool written = fd >= 0 && ::write(fd, bytes, sizeof bytes - 1) == sizeof bytes - 1 &&
+                             ::close(fd) == 0 && ::rename(next.constData(), path.constData()) == 0;
+        ::_exit(written && readKey(file_, "S", "k") == QLatin1String("2") ? 0 : 1);
+    }
+    int status = 0;
+    QCOMPARE(::waitpid(child, &status, 0), child);
+    QVERIFY(WIFEXITED(status));
+    QCOMPARE(WEXITSTATUS(status), 0);
+    QCOMPARE(readKey(file_, "S", "k"), QString("2"));
 }
 
 // Random writes, odd ones included, must leave the cached copy as a fresh parse of the file
