@@ -68,13 +68,6 @@ QStringView trimBlanks(QStringView s)
     return s.sliced(begin, end - begin);
 }
 
-// What the reader sees of a line: a NUL ends its text.
-QStringView readable(QStringView line)
-{
-    const qsizetype nul = line.indexOf(QChar(0));
-    return nul < 0 ? line : line.first(nul);
-}
-
 // Section and key names compare without regard to case, character by character, so that
 // neither a lookup nor the parse needs a folded copy of a name.
 char16_t foldChar(char16_t c)
@@ -134,39 +127,46 @@ struct Classified {
     QStringView name; // the section or key name, blanks trimmed
 };
 
+// What the reader sees of a line ends at a NUL. Lines are short: one pass over the
+// characters is cheaper than a library search for each thing looked for.
 Classified classify(QStringView line)
 {
-    const QStringView text = readable(line);
+    const qsizetype n = line.size();
     qsizetype first = 0;
-    while (first < text.size() && isBlank(text[first]))
+    while (first < n && isBlank(line[first]))
         ++first;
-    if (first == text.size())
+    if (first == n || line[first] == QChar(0) || line[first] == u';')
         return {};
-    if (text[first] == u'[') {
-        const qsizetype close = text.lastIndexOf(u']');
-        if (close > first)
-            return {Kind::Header, trimBlanks(text.sliced(first + 1, close - first - 1))};
-    } else if (text[first] == u';') {
-        return {};
+    qsizetype close = -1; // the last ']'
+    qsizetype eq = -1;    // the first '='
+    for (qsizetype i = first; i < n && line[i] != QChar(0); ++i) {
+        if (line[i] == u']')
+            close = i;
+        else if (line[i] == u'=' && eq < 0)
+            eq = i;
     }
-    const qsizetype eq = text.indexOf(u'=', first);
+    if (line[first] == u'[' && close > first)
+        return {Kind::Header, trimBlanks(line.sliced(first + 1, close - first - 1))};
     if (eq < 0)
         return {};
-    return {Kind::Key, trimBlanks(text.sliced(first, eq - first))};
+    return {Kind::Key, trimBlanks(line.sliced(first, eq - first))};
 }
 
-// The name of a key line: everything before the first '=', blanks trimmed.
-QStringView keyName(QStringView keyLine)
-{
-    const QStringView text = readable(keyLine);
-    return trimBlanks(text.first(text.indexOf(u'=')));
-}
+struct KeyLine {
+    QStringView name;  // everything before the first '=', blanks trimmed
+    QStringView value; // everything after it, blanks trimmed
+};
 
-// The stored value of a key line: everything after the first '=', blanks trimmed.
-QStringView storedValue(QStringView keyLine)
+KeyLine splitKeyLine(QStringView keyLine)
 {
-    const QStringView text = readable(keyLine);
-    return trimBlanks(text.sliced(text.indexOf(u'=') + 1));
+    const qsizetype n = keyLine.size();
+    qsizetype eq = -1;
+    qsizetype end = 0;
+    for (; end < n && keyLine[end] != QChar(0); ++end) {
+        if (keyLine[end] == u'=' && eq < 0)
+            eq = end;
+    }
+    return {trimBlanks(keyLine.first(eq)), trimBlanks(keyLine.sliced(eq + 1, end - eq - 1))};
 }
 
 QStringView stripQuotes(QStringView value)
@@ -182,17 +182,19 @@ QStringView stripQuotes(QStringView value)
 // `changed`.
 QStringView ansiArgument(const QString &arg, QString &changed)
 {
-    QStringView text(arg);
-    const qsizetype nul = text.indexOf(QChar(0));
-    if (nul >= 0)
-        text = text.first(nul);
-    for (const QChar c : text) {
-        if ((c.unicode() >= 0x80 && c.unicode() < 0xA0) || c.unicode() > 0xFF) {
-            changed = rt::fromAnsi(rt::toAnsi(text));
-            return changed;
-        }
+    const QStringView all(arg);
+    bool inCodePage = true;
+    qsizetype end = 0;
+    for (; end < all.size() && all[end] != QChar(0); ++end) {
+        const char16_t c = all[end].unicode();
+        if ((c >= 0x80 && c < 0xA0) || c > 0xFF)
+            inCodePage = false;
     }
-    return text;
+    const QStringView text = all.first(end);
+    if (inCodePage)
+        return text;
+    changed = rt::fromAnsi(rt::toAnsi(text));
+    return changed;
 }
 
 bool hasLineBreak(QStringView s)
@@ -341,10 +343,19 @@ struct Document {
     }
     qsizetype findSection(QStringView name) const { return findSection(name, sectionHash(name)); }
 
-    LineId findKey(qsizetype section, QStringView name, quint32 hash) const
+    // The first key line named `name` in `section`; its value goes to `value`.
+    LineId findKey(qsizetype section, QStringView name, quint32 hash,
+                   QStringView *value = nullptr) const
     {
         return keys.find(hash, [&](LineId line) {
-            return pool[line].section == quint32(section) && sameName(keyName(content(line)), name);
+            if (pool[line].section != quint32(section))
+                return false;
+            const KeyLine split = splitKeyLine(content(line));
+            if (!sameName(split.name, name))
+                return false;
+            if (value)
+                *value = split.value;
+            return true;
         });
     }
 
@@ -521,7 +532,7 @@ Edit applyWrite(Document &doc, const QString &section, const QString &key, const
     if (existing != kNoLine) {
         Line &line = doc.pool[existing];
         const QStringView old = doc.content(existing);
-        if (storedValue(old) == value)
+        if (splitKeyLine(old).value == value)
             return Edit::Unchanged;
         // The line keeps the key as spelled in the file.
         QString replacement = classify(old).name.toString() + u'=' + value;
@@ -1058,9 +1069,9 @@ int getPrivateProfileString(const QString &section, const QString &key, const QS
         const qsizetype found = doc->findSection(trimBlanks(ansiArgument(section, changedSection)));
         if (found != kNoSection) {
             const QStringView name = trimBlanks(ansiArgument(key, changedKey));
-            const LineId line = doc->findKey(found, name, keyHash(found, name));
-            if (line != kNoLine) {
-                const QStringView value = stripQuotes(storedValue(doc->content(line)));
+            QStringView stored;
+            if (doc->findKey(found, name, keyHash(found, name), &stored) != kNoLine) {
+                const QStringView value = stripQuotes(stored);
                 if (doc->encoding == Encoding::Ansi)
                     result = value.first(std::min(value.size(), room)).toString();
                 else
