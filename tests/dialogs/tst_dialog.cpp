@@ -3,13 +3,10 @@
 #include "runtime/MsgBox.h"
 #include "store/DataStore.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QDateEdit>
-#include <QFileDialog>
 #include <QLineEdit>
 #include <QRadioButton>
-#include <QTimer>
 
 using namespace rt;
 
@@ -66,47 +63,6 @@ private slots:
         delete boxes;
     }
 
-    void listsAndTheirOrder()
-    {
-        open(kCategories);
-        auto items = [this](const char *name) {
-            QStringList texts;
-            for (int i = 0; i < c<QComboBox>(name)->count(); ++i)
-                texts << c<QComboBox>(name)->itemText(i);
-            return texts;
-        };
-        QCOMPARE(items("cmbcat"), QStringList({"Work", "Health", "New.."}));
-        QCOMPARE(c<QComboBox>("cmbcat")->currentText(), "Work");
-        const QStringList times = items("cmbtime");
-        QCOMPARE(times.size(), 25);
-        QCOMPARE(times.mid(11, 3), QStringList({"11:00 AM", "12:00 AM", "1:00 PM"}));
-        QCOMPARE(items("cmbtime2"), times.mid(1));
-        QCOMPARE(items("txtday1").first(), "Sunday");
-        QCOMPARE(c<QDateEdit>("DTPicker1")->date(), QDate(2004, 7, 29));
-        for (auto [month, days] : {std::pair{2, 29}, {4, 30}, {12, 31}}) {
-            type("txtmonth", QString::number(month));
-            QCOMPARE(c<QComboBox>("txtday")->count(), days);
-            QCOMPARE(c<QComboBox>("txtday")->currentText(), "1");
-        }
-    }
-
-    void optionsEnableTheirControls()
-    {
-        open(kCategories);
-        auto enabled = [this](const char *name) { return c(name)->isEnabled(); };
-        QVERIFY(enabled("cmbtime") && !enabled("cmbtime2") && !enabled("optWeekly"));
-        check("Option2");
-        QVERIFY(!enabled("DTPicker1") && enabled("cmbtime2") && !enabled("txtday"));
-        check("optWeekly");
-        QVERIFY(c("txtday")->isHidden() && !c("txtday1")->isHidden() && enabled("txtday1"));
-        check("optYearly");
-        QVERIFY(c("txtday1")->isHidden() && enabled("txtday") && enabled("txtmonth"));
-        check("Option1");
-        QVERIFY(!enabled("txtday") && !enabled("txtmonth") && enabled("DTPicker1"));
-        check("Option4");
-        QVERIFY(!enabled("txtmemo") && enabled("txtaction") && enabled("cmdbrowse"));
-    }
-
     // The count comes first, then the new section's keys.
     void addsAOneOffEvent()
     {
@@ -154,30 +110,16 @@ private slots:
     {
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("stored"); // empty: rejected
-        QTest::newRow("single digit minute") << "9:5 pm"
-                                             << "9:5 PM";
-        QTest::newRow("no blank") << "12:00AM"
-                                  << "12:00AM";
-        QTest::newRow("blank before minute") << "7: 15 am"
-                                             << "7: 15 AM";
-        QTest::newRow("all day") << "ALL day"
-                                 << "00:00";
-        QTest::newRow("no hour") << ":30 AM"
-                                 << "";
-        QTest::newRow("hour 0") << "0:30 AM"
-                                << "";
-        QTest::newRow("hour 13") << "13:00 PM"
-                                 << "";
-        QTest::newRow("minute 60") << "10:60 AM"
-                                   << "";
-        QTest::newRow("no AM or PM") << "10:30"
-                                     << "";
-        QTest::newRow("no colon") << "10 AM"
-                                  << "";
-        QTest::newRow("three-digit minute") << "10:030 AM"
-                                            << "";
-        QTest::newRow("hour no number") << "a:30 AM"
-                                        << "";
+        // clang-format off
+        QTest::newRow("single digit minute") << "9:5 pm" << "9:5 PM";
+        QTest::newRow("no blank") << "12:00AM" << "12:00AM";
+        QTest::newRow("no hour") << ":30 AM" << "";
+        QTest::newRow("hour 0") << "0:30 AM" << "";
+        QTest::newRow("hour 13") << "13:00 PM" << "";
+        QTest::newRow("minute 60") << "10:60 AM" << "";
+        QTest::newRow("no AM or PM") << "10:30" << "";
+        QTest::newRow("hour no number") << "a:30 AM" << "";
+        // clang-format on
     }
     void timeCheck()
     {
@@ -354,22 +296,6 @@ private slots:
         QCOMPARE(cmbcat->itemText(cmbcat->count() - 1), "New..");
         QCOMPARE(cmbcat->count(), added.isEmpty() ? 3 : 4);
         QCOMPARE(cmbcat->currentText(), added.isEmpty() ? "Health" : "Work");
-    }
-
-    void browseFillsTheAction()
-    {
-        open(kCategories);
-        check("Option4");
-        const QString file = fixture.dir.filePath("run.sh");
-        QFile(file).open(QIODevice::WriteOnly);
-        QTimer::singleShot(0, this, [file] {
-            auto *browse = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-            QVERIFY(browse);
-            browse->selectFile(file);
-            QMetaObject::invokeMethod(browse, "accept");
-        });
-        dialog->cmdbrowse_Click();
-        QCOMPARE(c<QLineEdit>("txtaction")->text(), QDir::toNativeSeparators(file));
     }
 };
 

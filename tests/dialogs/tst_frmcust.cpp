@@ -88,23 +88,6 @@ private slots:
         QCOMPARE(StoreFixture::data(), StoreFixture::crlf(withSports));
     }
 
-    void knownNamesInAnyCaseAreRefused()
-    {
-        rt::MsgBoxRecorder boxes;
-        boxes.nextInputs << "WORK"
-                         << "more";
-        frmCust window;
-        choose(window, "Health");
-        choose(window, "New..");
-        choose(window, "New..");
-        QCOMPARE(boxes.calls.size(), 4);
-        QCOMPARE(boxes.calls[1].prompt, "Category already exists!");
-        QCOMPARE(boxes.calls[1].style, int(rt::vbCritical));
-        QCOMPARE(boxes.calls[3].prompt, "Category already exists!");
-        QCOMPARE(cmbcat(window)->currentText(), "Health");
-        QCOMPARE(StoreFixture::data(), StoreFixture::crlf(kCategories));
-    }
-
     // The first category of an empty store would be taken for "More".
     void aFirstCategoryComesAfterMore()
     {

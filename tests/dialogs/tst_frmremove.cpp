@@ -62,9 +62,6 @@ private slots:
                            "Gym...",        "Rent...",       "Anniversar...",  "Choir..."};
         QTest::newRow("friday the 30th")
             << QDate(2004, 7, 30) << QStringList{"Pay day...", "Gym..."};
-        QTest::newRow("29 July of another year")
-            << QDate(2005, 7, 29)
-            << QStringList{"Pay day...", "Gym...", "Rent...", "Anniversar..."};
     }
     void listsTheEventsOfTheDate()
     {
@@ -110,15 +107,6 @@ private slots:
             "[r4]\nType=Weekly\nDay=Thursday\nMonth=\nTime=1:00 PM\nMemo=Choir\nCat=Work\n"
             "[r5]\nType=Weekly\nDay=Thursday\nTime=1:00 PM\nMemo=Choir\nCat=Work\n";
         QCOMPARE(StoreFixture::data(), StoreFixture::crlf(kEvents + expected));
-    }
-
-    void anEmptyListRemovesNothing()
-    {
-        StoreFixture::setData(kEvents);
-        frmRemove window(DateSerial(2004, 7, 30));
-        QVERIFY(entries(window).isEmpty());
-        window.OKButton_Click();
-        QCOMPARE(StoreFixture::data(), StoreFixture::crlf(kEvents));
     }
 };
 
