@@ -326,7 +326,8 @@ struct Document {
     FileId id;
     QByteArray native; // the path as the system takes it
     quint64 lastUse = 0;
-    quint64 watchGeneration = 0; // the watches that report changes to it; 0 for none
+    quint64 watchGeneration = 0; // the watches it was last set up with; 0 for none yet
+    bool watched = false;        // whether those watches report every change to it
     quint64 checkedAt = 0;       // how many reports had been taken when it was last checked
 
     QStringView content(LineId id) const
@@ -709,7 +710,8 @@ public:
             return false;
         if (g_reported.load())
             takeReports();
-        return fd_ >= 0 && doc && doc->watchGeneration == generation_ && doc->checkedAt == reports_;
+        return fd_ >= 0 && doc && doc->watched && doc->watchGeneration == generation_ &&
+               doc->checkedAt == reports_;
     }
 
     Stamp stamp() const { return {generation_, reports_}; }
@@ -1006,7 +1008,9 @@ Document *checkOnDisk(Cache &c, const QString &path, Presence &presence)
     }
 
     const bool same = doc && doc->id == FileId::of(st);
-    if (!same || (watched && doc->watchGeneration != stamp.generation)) {
+    if (same && (doc->watchGeneration == stamp.generation || !watched)) {
+        watched = watched && doc->watched; // the file's own watch, if it has one, still stands
+    } else {
         const int fd = ::open(native, O_RDONLY | O_CLOEXEC);
         if (fd < 0) {
             c.erase(path);
@@ -1032,7 +1036,8 @@ Document *checkOnDisk(Cache &c, const QString &path, Presence &presence)
             doc = c.store(path, std::move(fresh));
         }
     }
-    doc->watchGeneration = watched ? stamp.generation : 0;
+    doc->watchGeneration = stamp.generation;
+    doc->watched = watched;
     doc->checkedAt = stamp.reports;
     doc->lastUse = ++c.clock;
     presence = Presence::Present;
