@@ -11,7 +11,6 @@
 
 #include <QApplication>
 #include <QFile>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -26,6 +25,8 @@ struct Ended {
     int exitCode;
 };
 
+const QString kWrong = "Password is not correct!|Wrong Password|16";
+
 QByteArray fileBytes(const QString &path)
 {
     QFile file(path);
@@ -34,12 +35,9 @@ QByteArray fileBytes(const QString &path)
 
 void setStore(const QByteArray &bytes)
 {
-    QFile::remove(files::dataIni());
     QFile::remove(files::passIni());
-    if (bytes.isNull())
-        return;
     QFile file(files::dataIni());
-    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
     file.write(bytes);
 }
 
@@ -67,118 +65,88 @@ private slots:
         rt::setEndForTest([](int exitCode) { throw Ended{exitCode}; });
     }
 
-    void create_data()
+    // OK in frmPassword; change mode starts from the stored "Secret12".
+    void passwordWindow_data()
     {
-        QTest::addColumn<QString>("password");
-        QTest::addColumn<QString>("confirmation");
-        QTest::addColumn<QString>("box");
-        QTest::addColumn<QString>("stored");
-        QTest::newRow("nothing typed") << ""
-                                       << ""
-                                       << "You should type a password!|ORVA Calendar|16"
-                                       << "";
-        QTest::newRow("not confirmed") << "Secret"
-                                       << "secret"
-                                       << "Password is not confirmed correctly!|ORVA Calendar|16"
-                                       << "";
-        QTest::newRow("confirmed") << "Secret"
-                                   << "Secret"
-                                   << ""
-                                   << "Secret";
-        QTest::newRow("outside Windows-1252: '?' on both sides") << "\u03a9mega"
-                                                                 << "?mega"
-                                                                 << ""
-                                                                 << "?mega";
-    }
-    void create()
-    {
-        QFETCH(QString, password);
-        QFETCH(QString, confirmation);
-        setStore(QByteArray());
-        QString stored;
-        frmPassword window(stored);
-        QCOMPARE(window.windowTitle(), QString("Create Password"));
-        QCOMPARE(window.findChild<QLabel *>("Label2")->text(), QString("Confirm Password :"));
-        window.show();
-        window.txtpass()->setText(password);
-        window.txtpass1()->setText(confirmation);
-        rt::MsgBoxRecorder recorder;
-        window.findChild<QPushButton *>("OKButton")->click();
-        QTEST(boxes(recorder), "box");
-        QTEST(store::readPassword(), "stored");
-        QCOMPARE(window.isVisible(), !recorder.calls.isEmpty());
-    }
-
-    // Change mode, over a stored password of eight characters.
-    void change_data()
-    {
-        QTest::addColumn<QString>("old");
-        QTest::addColumn<QString>("typedNew");
+        QTest::addColumn<bool>("change");
+        QTest::addColumn<QString>("txtpass");
+        QTest::addColumn<QString>("txtpass1");
         QTest::addColumn<QString>("box");
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QByteArray>("passIni");
-        QTest::newRow("old password in the other case")
-            << "secret12"
-            << "abc"
-            << "Password is not correct!|Wrong Password|16"
-            << "Secret12" << QByteArray();
-        QTest::newRow("a new one, without confirmation; keys 4 to 8 stay") << "Secret12"
-                                                                           << "abc"
-                                                                           << ""
-                                                                           << "abc" << QByteArray();
-        QTest::newRow("an empty new one only writes Pass.ini")
-            << "Secret12"
+        QTest::newRow("create: nothing typed") << false << ""
+                                               << ""
+                                               << "You should type a password!|ORVA Calendar|16"
+                                               << "" << QByteArray();
+        QTest::newRow("create: not confirmed, by case")
+            << false << "Secret"
+            << "secret"
+            << "Password is not confirmed correctly!|ORVA Calendar|16"
+            << "" << QByteArray();
+        QTest::newRow("create") << false << "Secret"
+                                << "Secret"
+                                << ""
+                                << "Secret" << QByteArray();
+        QTest::newRow("create: outside Windows-1252, '?' on both sides") << false << "\u03a9mega"
+                                                                         << "?mega"
+                                                                         << ""
+                                                                         << "?mega" << QByteArray();
+        QTest::newRow("change: old password in the other case")
+            << true << "secret12"
+            << "abc" << kWrong << "Secret12" << QByteArray();
+        QTest::newRow("change: no confirmation; keys 4 to 8 stay") << true << "Secret12"
+                                                                   << "abc"
+                                                                   << ""
+                                                                   << "abc" << QByteArray();
+        QTest::newRow("change to empty: only Pass.ini is written")
+            << true << "Secret12"
             << ""
             << ""
             << "Secret12" << QByteArray("[count]\r\nc=0\r\n");
     }
-    void change()
+    void passwordWindow()
     {
-        QFETCH(QString, old);
-        QFETCH(QString, typedNew);
-        setStore(QByteArray());
-        store::writePassword("Secret12");
+        QFETCH(bool, change);
+        setStore(change ? "[pcount]\r\nc=8\r\n[pass]\r\n1=83\r\n2=101\r\n3=99\r\n4=114\r\n"
+                          "5=101\r\n6=116\r\n7=49\r\n8=50\r\n"
+                        : "");
         const QByteArray before = fileBytes(files::dataIni());
         QString stored = store::readPassword();
         frmPassword window(stored);
-        window.chPass();
-        QCOMPARE(window.windowTitle(), QString("Change Password"));
-        QCOMPARE(window.findChild<QLabel *>("Label1")->text(), QString("Enter old Password :"));
-        QCOMPARE(window.findChild<QLabel *>("Label2")->text(), QString("Enter new Password :"));
+        if (change)
+            window.chPass();
         window.show();
-        window.txtpass()->setText(old);
-        window.txtpass1()->setText(typedNew);
+        QFETCH(QString, txtpass);
+        QFETCH(QString, txtpass1);
+        window.txtpass()->setText(txtpass);
+        window.txtpass1()->setText(txtpass1);
         rt::MsgBoxRecorder recorder;
-        window.OKButton_Click();
+        window.findChild<QPushButton *>("OKButton")->click();
         QTEST(boxes(recorder), "box");
+        QCOMPARE(window.isVisible(), !recorder.calls.isEmpty());
         QTEST(store::readPassword(), "stored");
         QTEST(fileBytes(files::passIni()), "passIni");
-        QCOMPARE(window.isVisible(), !recorder.calls.isEmpty());
         if (store::readPassword() == "abc")
             QCOMPARE(ReadINI(files::dataIni(), "pass", "8", ""), QString("50"));
-        else
+        else if (change)
             QCOMPARE(fileBytes(files::dataIni()), before);
     }
 
     void gate_data()
     {
         QTest::addColumn<QByteArray>("store");
-        QTest::addColumn<QString>("typed"); // empty when no prompt is expected
+        QTest::addColumn<QString>("typed"); // empty where no prompt may show
         QTest::addColumn<QString>("box");
-        QTest::addColumn<bool>("ended");
         const QByteArray secret = "[pcount]\r\nc=6\r\n[pass]\r\n1=83\r\n2=101\r\n3=99\r\n4=114\r\n"
-                                  "5=101\r\n6=116\r\n"; // "Secret"
-        QTest::newRow("no password") << QByteArray("") << ""
-                                     << "" << false;
+                                  "5=101\r\n6=116\r\n";
+        QTest::newRow("no password") << QByteArray() << ""
+                                     << "";
         QTest::newRow("count 0") << QByteArray("[pcount]\r\nc=0\r\n") << ""
-                                 << "" << false;
-        QTest::newRow("right password") << secret << "Secret"
-                                        << "" << false;
-        QTest::newRow("other case") << secret << "secret"
-                                    << "Password is not correct!|Wrong Password|16" << true;
-        QTest::newRow("one character short")
-            << secret << "Secre"
-            << "Password is not correct!|Wrong Password|16" << true;
+                                 << "";
+        QTest::newRow("right") << secret << "Secret"
+                               << "";
+        QTest::newRow("other case") << secret << "secret" << kWrong;
+        QTest::newRow("one short") << secret << "Secre" << kWrong;
     }
     void gate()
     {
@@ -186,18 +154,15 @@ private slots:
         QFETCH(QString, typed);
         setStore(store);
         bool prompted = false;
-        QTimer answer; // gone with the test when no prompt came
+        QTimer answer;
         answer.setSingleShot(true);
         connect(&answer, &QTimer::timeout, [&] {
-            auto *prompt = qobject_cast<frmpass *>(QApplication::activeModalWidget());
-            if (!prompt)
-                return;
-            prompted = true;
-            QCOMPARE(prompt->windowTitle(), QString("Password"));
-            QCOMPARE(prompt->txtpass()->echoMode(), QLineEdit::Password);
-            QCOMPARE(prompt->txtpass()->toolTip(), QString("case sensitive."));
-            prompt->txtpass()->setText(typed);
-            prompt->findChild<QPushButton *>("OKButton")->click();
+            if (auto *prompt = qobject_cast<frmpass *>(QApplication::activeModalWidget())) {
+                prompted = true;
+                QCOMPARE(prompt->txtpass()->echoMode(), QLineEdit::Password);
+                prompt->txtpass()->setText(typed);
+                prompt->findChild<QPushButton *>("OKButton")->click();
+            }
         });
         answer.start(0);
         rt::MsgBoxRecorder recorder;
@@ -210,57 +175,45 @@ private slots:
         }
         QCOMPARE(prompted, !typed.isEmpty());
         QTEST(boxes(recorder), "box");
-        QTEST(ended, "ended");
+        QCOMPARE(ended, !recorder.calls.isEmpty());
         QCOMPARE(form.findChild<QTimer *>("Timer1")->isActive(), !ended);
-        if (!ended)
-            QCOMPARE(form.enteredPassword(), typed);
     }
 
     void cancelEndsTheProgram()
     {
         QString entered;
         frmpass prompt(entered);
-        for (auto cancel : {&frmpass::CancelButton_Click, &frmpass::reject}) {
-            int exitCode = -1;
-            try {
-                (prompt.*cancel)();
-            } catch (const Ended &ended) {
-                exitCode = ended.exitCode;
-            }
-            QCOMPARE(exitCode, 0);
-        }
+        for (auto cancel : {&frmpass::CancelButton_Click, &frmpass::reject})
+            QVERIFY_THROWS_EXCEPTION(Ended, (prompt.*cancel)());
     }
 
     void optionsMenu_data()
     {
         QTest::addColumn<QByteArray>("store");
-        QTest::addColumn<bool>("set");
-        QTest::newRow("no key") << QByteArray("") << false;
-        QTest::newRow("count 0") << QByteArray("[pcount]\r\nc=0\r\n") << false;
-        QTest::newRow("empty count") << QByteArray("[pcount]\r\nc=\r\n") << false;
-        QTest::newRow("a password")
-            << QByteArray("[pcount]\r\nc=2\r\n[pass]\r\n1=79\r\n2=107\r\n") << true;
+        QTest::addColumn<QString>("stored"); // empty: "Create Password" is offered
+        QTest::newRow("count 0") << QByteArray("[pcount]\r\nc=0\r\n") << "";
+        QTest::newRow("empty count") << QByteArray("[pcount]\r\nc=\r\n") << "";
+        QTest::newRow("set") << QByteArray("[pcount]\r\nc=2\r\n[pass]\r\n1=79\r\n2=107\r\n")
+                             << "Ok";
     }
     void optionsMenu()
     {
         QFETCH(QByteArray, store);
-        QFETCH(bool, set);
+        QFETCH(QString, stored);
         setStore(store);
         Form1 form;
         emit form.findChild<QMenu *>("options")->aboutToShow();
-        QCOMPARE(form.findChild<QAction *>("chPass")->isEnabled(), set);
-        QCOMPARE(form.findChild<QAction *>("cpass")->isEnabled(), !set);
-        QCOMPARE(form.storedPassword(), set ? QString("Ok") : QString());
+        QCOMPARE(form.findChild<QAction *>("chPass")->isEnabled(), !stored.isEmpty());
+        QCOMPARE(form.findChild<QAction *>("cpass")->isEnabled(), stored.isEmpty());
+        QCOMPARE(form.storedPassword(), stored);
 
-        // Create, then change: one window, switched to change mode.
+        // One window: created modeless, then switched to change mode.
         form.cpass_Click();
         auto *window = form.findChild<frmPassword *>();
-        QVERIFY(window && window->isVisible() && !window->isModal() && !window->changeMode());
+        QVERIFY(window->isVisible() && !window->isModal() && !window->changeMode());
         form.chPass_Click();
         QCOMPARE(form.findChildren<frmPassword *>().size(), 1);
         QVERIFY(window->changeMode());
-        window->CancelButton_Click();
-        QTRY_VERIFY(!form.findChild<frmPassword *>());
     }
 };
 
