@@ -120,7 +120,7 @@ void ReminderCheck::convertYearlyDates(int year)
 }
 
 bool ReminderCheck::dueNow(bool allDay, const HourMinute &at, int hour, int minute,
-                           std::vector<bool> &fired, int i) const
+                           std::vector<bool> &fired, int i)
 {
     if (allDay)
         return !fired[i];

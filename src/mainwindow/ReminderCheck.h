@@ -85,8 +85,9 @@ private:
         Converted<rt::Date> date;   // yearly events: this year's date, see yearlyYear_
     };
 
-    bool dueNow(bool allDay, const HourMinute &at, int hour, int minute, std::vector<bool> &fired,
-                int i) const;
+    // Whether event i fires now; a timed event's flag is cleared once its minute is over.
+    static bool dueNow(bool allDay, const HourMinute &at, int hour, int minute,
+                       std::vector<bool> &fired, int i);
     void fireEvent(int i);
     void fireRecurring(int i);
     void convertYearlyDates(int year);
