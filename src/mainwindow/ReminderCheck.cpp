@@ -119,18 +119,17 @@ void ReminderCheck::convertYearlyDates(int year)
     yearlyYear_ = year;
 }
 
-bool ReminderCheck::dueNow(bool allDay, const HourMinute &at, int hour, int minute,
-                           std::vector<bool> &fired, int i)
+bool ReminderCheck::dueNow(bool allDay, const HourMinute &at, int hour, int minute, bool &fired)
 {
     if (allDay)
-        return !fired[i];
+        return !fired;
     if (at.hour != hour)
         return false;
     if (at.minute != minute) {
-        fired[i] = false;
+        fired = false;
         return false;
     }
-    return !fired[i];
+    return !fired;
 }
 
 void ReminderCheck::tick(rt::Date now)
@@ -144,15 +143,16 @@ void ReminderCheck::tick(rt::Date now)
     const int hour = rt::Hour(now);
     const int minute = rt::Minute(now);
 
+    bool *eventFired = eventFired_.data();
     for (int i = 1; i < int(events_.size()); ++i) {
         const OneOff &event = events_[i];
         if (event.date != today) {
-            eventFired_[i] = false;
+            eventFired[i] = false;
             continue;
         }
-        if (dueNow(event.allDay, event.time, hour, minute, eventFired_, i)) {
+        if (dueNow(event.allDay, event.time, hour, minute, eventFired[i])) {
             fireEvent(i);
-            eventFired_[i] = true;
+            eventFired[i] = true;
         }
     }
 
@@ -187,7 +187,7 @@ void ReminderCheck::tick(rt::Date now)
             continue;
         }
         const HourMinute at = event.allDay ? HourMinute{} : event.time.value();
-        if (dueNow(event.allDay, at, hour, minute, recurringFired_, i)) {
+        if (dueNow(event.allDay, at, hour, minute, recurringFired_[i])) {
             fireRecurring(i);
             checkIndex(recurringFired_, i);
             recurringFired_[i] = true;

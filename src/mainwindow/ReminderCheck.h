@@ -51,8 +51,8 @@ public:
     void tick(rt::Date now);
 
     // Indexed by event number; element 0 is unused.
-    const std::vector<bool> &eventFired() const { return eventFired_; }
-    const std::vector<bool> &recurringFired() const { return recurringFired_; }
+    const QList<bool> &eventFired() const { return eventFired_; }
+    const QList<bool> &recurringFired() const { return recurringFired_; }
 
 private:
     // A conversion made ahead of the tick: its value, or the error it raised.
@@ -86,8 +86,7 @@ private:
     };
 
     // Whether event i fires now; a timed event's flag is cleared once its minute is over.
-    static bool dueNow(bool allDay, const HourMinute &at, int hour, int minute,
-                       std::vector<bool> &fired, int i);
+    static bool dueNow(bool allDay, const HourMinute &at, int hour, int minute, bool &fired);
     void fireEvent(int i);
     void fireRecurring(int i);
     void convertYearlyDates(int year);
@@ -99,7 +98,7 @@ private:
     std::vector<Recurring> recurring_;
     std::vector<std::optional<std::int32_t>> colours_;
     int yearlyYear_ = 0; // the year the yearly dates were converted for; 0 for none
-    std::vector<bool> eventFired_;
-    std::vector<bool> recurringFired_;
+    QList<bool> eventFired_;
+    QList<bool> recurringFired_;
     bool firing_ = false;
 };
