@@ -408,9 +408,10 @@ QString CStr(Date value)
     return dateText(whole, locale) + QLatin1Char(' ') + timeText(seconds, locale);
 }
 
-QString WeekdayName(int weekday)
+QString WeekdayName(int n)
 {
-    return RtLocale::current().weekdayNames.value(weekday - 1);
+    const RtLocale &locale = RtLocale::current();
+    return locale.weekdayNames.value((locale.firstDayOfWeek - 1 + n - 1) % 7);
 }
 
 } // namespace rt

@@ -3,10 +3,10 @@
 #include "runtime/DateTime.h"
 
 #include <QString>
-
 #include <optional>
 
-namespace rt {
+namespace rt
+{
 
 // Text to date, as CDate/IsDate read it in the current locale. Empty when the text is
 // no date or time.
@@ -21,7 +21,9 @@ bool tryCDate(const QString &text, Date &field);
 // or both.
 QString CStr(Date value);
 
-// The locale's full weekday name, Sunday = 1.
-QString WeekdayName(int weekday);
+// The locale's full name of day n of the week, counted from the locale's first day of the
+// week: n = 1 is Sunday only where weeks start on Sunday. Callers pass Weekday(), which
+// counts from Sunday, and so shift by a day elsewhere, as the original did.
+QString WeekdayName(int n);
 
 } // namespace rt

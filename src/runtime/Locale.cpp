@@ -94,6 +94,7 @@ RtLocale RtLocale::fromQLocale(const QLocale &requested)
     // Qt counts weekdays from Monday; the run-time from Sunday.
     for (int day = 0; day < 7; ++day)
         out.weekdayNames << locale.dayName(day == 0 ? 7 : day, QLocale::LongFormat);
+    out.firstDayOfWeek = locale.firstDayOfWeek() % 7 + 1;
     for (int month = 1; month <= 12; ++month) {
         out.monthNames << locale.monthName(month, QLocale::LongFormat);
         out.monthShortNames << locale.monthName(month, QLocale::ShortFormat);

@@ -4,7 +4,8 @@
 #include <QString>
 #include <QStringList>
 
-namespace rt {
+namespace rt
+{
 
 // The pieces of the user's regional settings that the run-time conversions read.
 struct RtLocale {
@@ -12,18 +13,19 @@ struct RtLocale {
 
     Order dateOrder = Order::MonthDayYear;
     QString dateSeparator = "/";
-    bool dayLeadingZero = false;   // "07/29/2004" vs "7/29/2004"
+    bool dayLeadingZero = false; // "07/29/2004" vs "7/29/2004"
     bool monthLeadingZero = false;
     QString timeSeparator = ":";
-    bool twelveHour = true;        // "9:00:00 AM" vs "09:00:00"
+    bool twelveHour = true; // "9:00:00 AM" vs "09:00:00"
     bool hourLeadingZero = false;
     QString amText = "AM";
     QString pmText = "PM";
     QString decimalSeparator = ".";
     QString thousandsSeparator = ",";
     QString currencySymbol = "$";
-    QStringList weekdayNames;      // full names, Sunday first
-    QStringList monthNames;        // full names, January first
+    QStringList weekdayNames; // full names, Sunday first
+    int firstDayOfWeek = 1;   // Sunday = 1 .. Saturday = 7
+    QStringList monthNames;   // full names, January first
     QStringList monthShortNames;
 
     static RtLocale fromQLocale(const QLocale &locale); // C and POSIX read as en_US

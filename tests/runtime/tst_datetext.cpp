@@ -252,8 +252,10 @@ private slots:
         RtLocale::setForTest(QLocale("en_US"));
         QCOMPARE(WeekdayName(1), QString("Sunday"));
         QCOMPARE(WeekdayName(Weekday(38197)), QString("Thursday"));
+        // Weeks that start on Monday shift the names by a day.
         RtLocale::setForTest(QLocale("de_DE"));
-        QCOMPARE(WeekdayName(7), QString("Samstag"));
+        QCOMPARE(WeekdayName(1), QString("Montag"));
+        QCOMPARE(WeekdayName(7), QString("Sonntag"));
     }
 };
 
