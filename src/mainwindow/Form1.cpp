@@ -1,5 +1,6 @@
 #include "mainwindow/Form1.h"
 
+#include "logo3d/cMesh.h"
 #include "mainwindow/DayView.h"
 #include "mainwindow/Painters.h"
 #include "runtime/Clock.h"
@@ -11,6 +12,7 @@
 #include "security/Password.h"
 #include "security/frmPassword.h"
 #include "security/frmpass.h"
+#include "store/Files.h"
 #include "yearcalendar/UserControl1.h"
 
 #include <QCloseEvent>
@@ -21,7 +23,10 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QScrollBar>
+#include <QTime>
 #include <QTimer>
+#include <cmath>
+#include <numbers>
 
 namespace
 {
@@ -132,6 +137,7 @@ void Form1::createControls()
     timer2_ = new QTimer(this);
     timer2_->setObjectName(QStringLiteral("Timer2"));
     timer2_->setInterval(40);
+    connect(timer2_, &QTimer::timeout, this, &Form1::Timer2_Timer);
 
     cal_->setGeometry(0, 0, px(12945 * 0.834), px(kCalHeight));
     frame1_->setGeometry(0, px(kFrameTop), 0, px(kFrameHeight));
@@ -235,7 +241,17 @@ void Form1::Form_Load()
     Form_Activate();
     allevents_Click();
     reminders_.clearFlags();
-    // The 3D logo on Timer2 starts here, between the flags and the reminder check.
+    dx_ = std::make_unique<cdirectx>();
+    if (dx_->intialise(picture1_, true, true)) {
+        logo_ = std::make_unique<cMesh>();
+        if (!logo_->LoadMesh(files::logoX(), *dx_))
+            logo_.reset();
+    }
+    // Without a logo to turn, the device has nothing to do.
+    if (!logo_)
+        dx_.reset();
+    // Started together with Timer1, so that one wake-up serves both.
+    timer2_->start();
     timer1_->start();
 }
 
@@ -547,6 +563,58 @@ void Form1::chPass_Click()
 void Form1::Timer1_Timer()
 {
     reminders_.tick(rt::Clock::Now());
+}
+
+namespace
+{
+
+// Turns worked out in double: the timer's angle runs to tens of thousands of radians.
+QMatrix4x4 rotationX(double radians)
+{
+    const auto c = float(std::cos(radians));
+    const auto s = float(std::sin(radians));
+    return {1, 0, 0, 0, 0, c, -s, 0, 0, s, c, 0, 0, 0, 0, 1};
+}
+
+QMatrix4x4 rotationY(double radians)
+{
+    const auto c = float(std::cos(radians));
+    const auto s = float(std::sin(radians));
+    return {c, 0, s, 0, 0, 1, 0, 0, -s, 0, c, 0, 0, 0, 0, 1};
+}
+
+} // namespace
+
+void Form1::Timer2_Timer()
+{
+    // Nothing is drawn while the window is away in the tray or minimised.
+    if (!logo_ || !isVisible() || isMinimized())
+        return;
+    // The system timer, seconds since midnight in single precision, is the angle in radians:
+    // one turn about every 6.28 seconds whatever the frame rate.
+    const float timer = float(QTime::currentTime().msecsSinceStartOfDay()) / 1000.0f;
+    // A quarter turn about x stands the logo up, then the timer's turn about y.
+    dx_->SetTransform(d3d::D3DTS_WORLD, rotationY(timer) * rotationX(std::numbers::pi / 2));
+    QMatrix4x4 view;
+    view.lookAt(QVector3D(0, 0, 350), QVector3D(0, 0, -1), QVector3D(0, 1, 0));
+    dx_->SetTransform(d3d::D3DTS_VIEW, view);
+    const QSize size = picture1_->contentsRect().size();
+    QMatrix4x4 projection;
+    projection.perspective(45, float(size.width()) / float(std::max(1, size.height())), 50, 500);
+    dx_->SetTransform(d3d::D3DTS_PROJECTION, projection);
+
+    if (!dx_->BeginScene())
+        return;
+    dx_->Clear(d3d::D3DCLEAR_TARGET | d3d::D3DCLEAR_ZBUFFER, 0xFFFFFF, 1.0f);
+    logo_->drawmesh();
+    dx_->EndScene();
+    dx_->Present();
+}
+
+void Form1::resetLogo()
+{
+    if (dx_)
+        dx_->RESET();
 }
 
 void Form1::lblcat_Click(int index)

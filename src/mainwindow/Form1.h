@@ -10,6 +10,7 @@
 #include <QMainWindow>
 #include <QMap>
 #include <QPointer>
+#include <memory>
 
 class QAction;
 class QFrame;
@@ -19,6 +20,8 @@ class QMenu;
 class QScrollBar;
 class QTimer;
 class Painters;
+class cMesh;
+class cdirectx;
 class frmPassword;
 class UserControl1;
 
@@ -68,6 +71,11 @@ public:
     void Timer1_Timer();
     const ReminderCheck &reminders() const { return reminders_; }
     frmalarm *alarmWindow() const { return alarms_.window(); }
+
+    // The turning logo: Timer2 draws a frame; the tray calls resetLogo when it brings the
+    // window back.
+    void Timer2_Timer();
+    void resetLogo();
 
     // The password rebuilt from the store, and the one typed at start-up.
     const QString &storedPassword() const { return storedPassword_; }
@@ -131,6 +139,8 @@ private:
     QLabel *picture1_ = nullptr;
     QTimer *timer1_ = nullptr;
     QTimer *timer2_ = nullptr;
+    std::unique_ptr<cdirectx> dx_;
+    std::unique_ptr<cMesh> logo_; // only when the device and the file both worked
     QMap<int, QFrame *> shpcat_;
     QMap<int, QLabel *> lblcat_;
 

@@ -46,6 +46,7 @@ void frmtask::Form_Load()
     form_->setHideWhenMinimised(QSystemTrayIcon::isSystemTrayAvailable());
     connect(form_, &Form1::mwindowRequested, this, &frmtask::mwindow_Click);
     connect(form_, &Form1::exitRequested, this, &frmtask::exit_Click);
+    connect(this, &frmtask::restored, form_, &Form1::resetLogo);
     form_->Form_Load();
     form_->show();
 }
