@@ -1,0 +1,161 @@
+#include "logo3d/cMesh.h"
+#include "runtime/Locale.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVector3D>
+
+namespace
+{
+
+// DirectX files are left-handed: every z below loads negated.
+const QByteArray kTetrahedron =
+    "xof 0303txt 0032\n"
+    "Material M { 1.0;1.0;1.0;1.0;; 0.0; 0.0;0.0;0.0;; 0.0;0.0;0.0;; }\n"
+    "Mesh T { 4; 1;2;3;, 3;2;3;, 1;6;3;, 1;2;11;;\n"
+    " 4; 3;0,2,1;, 3;0,1,3;, 3;0,3,2;, 3;1,2,3;;\n"
+    " MeshMaterialList { 1; 4; 0,0,0,0;; {M} } }\n";
+const QByteArray kFlatTriangle =
+    "xof 0303txt 0032\n"
+    "Material M { 1.0;1.0;1.0;1.0;; 0.0; 0.0;0.0;0.0;; 0.0;0.0;0.0;; }\n"
+    "Mesh F { 3; 1;2;3;, 3;2;3;, 1;6;3;; 1; 3;0,2,1;;\n"
+    " MeshMaterialList { 1; 1; 0;; {M} } }\n";
+QVector3D position(const cMesh::Vertex &v)
+{
+    return {v.x, v.y, v.z};
+}
+
+// The first vertex at `where`, or -1.
+int vertexAt(const cMesh &mesh, QVector3D where)
+{
+    for (int i = 0; i < int(mesh.vertices().size()); ++i) {
+        if (qFuzzyCompare(position(mesh.vertices()[i]), where))
+            return i;
+    }
+    return -1;
+}
+
+} // namespace
+
+class TstCmesh : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir dir;
+
+    QString write(const QString &name, const QByteArray &bytes)
+    {
+        QFile file(dir.filePath(name));
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+        file.write(bytes);
+        return file.fileName();
+    }
+
+private slots:
+    void initTestCase() { rt::RtLocale::setForTest(QLocale(QStringLiteral("en_US"))); }
+
+    void scaleToSizeAndTranslateToPoint_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QVector3D>("size");
+        QTest::addColumn<QVector3D>("point");
+        QTest::addColumn<QVector3D>("pointAfter"); // what the caller's variables hold then
+        QTest::addColumn<QVector3D>("probe");      // a vertex other than the reference
+        QTest::addColumn<QVector3D>("probeAfter");
+
+        // Box (1, 2, -11) to (3, 6, -3), extents 2, 4, 8; the reference is its lowest corner.
+        QTest::newRow("each axis its own factor")
+            << kTetrahedron << QVector3D(4, 2, 16) << QVector3D(10, 20, 30) << QVector3D(8, 19, 52)
+            << QVector3D(3, 2, -3) << QVector3D(14, 20, 46);
+        QTest::newRow("own size, to the origin")
+            << kTetrahedron << QVector3D(2, 4, 8) << QVector3D(0, 0, 0) << QVector3D(-1, -2, 11)
+            << QVector3D(1, 6, -3) << QVector3D(0, 4, 8);
+        QTest::newRow("a flat axis is not scaled")
+            << kFlatTriangle << QVector3D(4, 8, 5) << QVector3D(0, 0, 0) << QVector3D(-2, -4, 3)
+            << QVector3D(3, 2, -3) << QVector3D(4, 0, 0);
+    }
+    void scaleToSizeAndTranslateToPoint()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QVector3D, size);
+        QFETCH(QVector3D, point);
+        QFETCH(QVector3D, pointAfter);
+        QFETCH(QVector3D, probe);
+        QFETCH(QVector3D, probeAfter);
+        cMesh mesh;
+        QVERIFY(mesh.ReadXFile(write(QStringLiteral("known.x"), file)));
+        const int reference = mesh.referenceVertex();
+        const int probed = vertexAt(mesh, probe);
+        QVERIFY(probed >= 0);
+
+        const double sizes[3] = {size.x(), size.y(), size.z()};
+        double x = point.x(), y = point.y(), z = point.z();
+        mesh.ScaleToSize_AND_TranslateToPoint(sizes[0], sizes[1], sizes[2], x, y, z);
+
+        QCOMPARE(QVector3D(float(x), float(y), float(z)), pointAfter);
+        QCOMPARE(position(mesh.vertices()[reference]), point);
+        QCOMPARE(position(mesh.vertices()[probed]), probeAfter);
+    }
+
+    void readMData_data()
+    {
+        QTest::addColumn<QByteArray>("file"); // empty: none
+        QTest::addColumn<QVector3D>("values");
+
+        QTest::newRow("three sizes")
+            << QByteArray("[DATA]\r\nX=184\r\nY=40\r\nZ=195\r\n") << QVector3D(184, 40, 195);
+        QTest::newRow("any case, fractions, signs")
+            << QByteArray("[data]\r\nx = 1.5\r\nY=-2\r\nz=1E2\r\n") << QVector3D(1.5, -2, 100);
+        QTest::newRow("no file keeps what was read") << QByteArray() << QVector3D(7, 7, 7);
+        QTest::newRow("values that are no number are skipped")
+            << QByteArray("[DATA]\r\nX=abc\r\nY=\r\nZ=9\r\n") << QVector3D(7, 7, 9);
+    }
+    void readMData()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QVector3D, values);
+        QTemporaryDir first;
+        QFile seed(first.filePath(QStringLiteral("mdata.ini")));
+        QVERIFY(seed.open(QIODevice::WriteOnly));
+        seed.write("[DATA]\r\nX=7\r\nY=7\r\nZ=7\r\n");
+        seed.close();
+        QFile::remove(dir.filePath(QStringLiteral("mdata.ini")));
+        if (!file.isEmpty())
+            write(QStringLiteral("mdata.ini"), file);
+
+        cMesh mesh;
+        mesh.ReadMData(first.path() + QLatin1Char('/'));
+        mesh.ReadMData(dir.path() + QLatin1Char('/'));
+        const std::array<double, 3> &read = mesh.mdata();
+        QCOMPARE(QVector3D(float(read[0]), float(read[1]), float(read[2])), values);
+    }
+
+    void unusableFilesLoadNothing_data()
+    {
+        QTest::addColumn<QByteArray>("file"); // empty: none
+
+        QTest::newRow("missing") << QByteArray();
+        QTest::newRow("not a mesh file") << QByteArray("logo\r\n\x01\x02\x03 garbage garbage");
+        QTest::newRow("cut short") << kTetrahedron.left(kTetrahedron.size() / 2);
+        QTest::newRow("materials but no mesh") << kTetrahedron.left(kTetrahedron.indexOf("Mesh"));
+    }
+    void unusableFilesLoadNothing()
+    {
+        QFETCH(QByteArray, file);
+        const QString path = dir.filePath(QStringLiteral("broken.x"));
+        QFile::remove(path);
+        if (!file.isEmpty())
+            write(QStringLiteral("broken.x"), file);
+        cMesh mesh;
+        cdirectx noDevice;
+        QVERIFY(!mesh.ReadXFile(path));
+        QVERIFY(!mesh.LoadMesh(path, noDevice));
+        QVERIFY(mesh.vertices().empty());
+        mesh.drawmesh();
+    }
+};
+
+QTEST_MAIN(TstCmesh)
+#include "tst_cmesh.moc"
