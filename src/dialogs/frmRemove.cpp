@@ -2,6 +2,7 @@
 
 #include "dialogs/DialogSupport.h"
 #include "dialogs/ZOrder.h"
+#include "runtime/ButtonRow.h"
 #include "runtime/DateText.h"
 #include "runtime/Numbers.h"
 
@@ -34,23 +35,16 @@ frmRemove::frmRemove(rt::Date selectedDate, QWidget *parent) : QDialog(parent)
     Combo1->setObjectName(QStringLiteral("Combo1"));
     Combo1->setToolTip(QStringLiteral("Select the Event you want to delete."));
     Combo1->setMinimumWidth(200);
-    OKButton = new QPushButton(QStringLiteral("OK"), this);
-    OKButton->setObjectName(QStringLiteral("OKButton"));
-    OKButton->setDefault(true);
-    CancelButton = new QPushButton(QStringLiteral("Cancel"), this);
-    CancelButton->setObjectName(QStringLiteral("CancelButton"));
-    CancelButton->setAutoDefault(false);
+    const rt::ButtonRow buttons = rt::okCancelRow(this);
+    OKButton = buttons.ok;
+    CancelButton = buttons.cancel;
 
     auto *fields = new QFormLayout;
     fields->addRow(QStringLiteral("Date :"), DTPicker1);
     fields->addRow(QStringLiteral("Event :"), Combo1);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(OKButton);
-    buttons->addWidget(CancelButton);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(fields);
-    layout->addLayout(buttons);
+    layout->addLayout(buttons.layout);
 
     dialogs::setPickerDate(DTPicker1, selectedDate);
     DTPicker1_Change();

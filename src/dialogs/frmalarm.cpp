@@ -1,5 +1,6 @@
 #include "dialogs/frmalarm.h"
 
+#include "runtime/ButtonRow.h"
 #include "store/Files.h"
 
 #include <QAudioDevice>
@@ -47,22 +48,15 @@ frmalarm::frmalarm(QWidget *parent) : QDialog(parent)
     txttitle_->setFont(
         face(QStringLiteral("MS Sans Serif"), QStringLiteral("Liberation Sans"), 8.25));
     txttitle_->setReadOnly(true);
-    okButton_ = new QPushButton(QStringLiteral("OK"), this);
-    okButton_->setObjectName(QStringLiteral("OKButton"));
-    okButton_->setDefault(true);
-    cancelButton_ = new QPushButton(QStringLiteral("Cancel"), this);
-    cancelButton_->setObjectName(QStringLiteral("CancelButton"));
-    cancelButton_->setAutoDefault(false);
+    const rt::ButtonRow buttons = rt::okCancelRow(this);
+    okButton_ = buttons.ok;
+    cancelButton_ = buttons.cancel;
 
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(okButton_);
-    buttons->addWidget(cancelButton_);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(label1_);
     layout->addWidget(txtMemo_);
     layout->addWidget(txttitle_);
-    layout->addLayout(buttons);
+    layout->addLayout(buttons.layout);
     setMinimumWidth(340);
 
     connect(okButton_, &QPushButton::clicked, this, &frmalarm::OKButton_Click);

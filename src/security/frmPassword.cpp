@@ -1,5 +1,6 @@
 #include "security/frmPassword.h"
 
+#include "runtime/ButtonRow.h"
 #include "runtime/MsgBox.h"
 #include "security/Password.h"
 #include "store/DataStore.h"
@@ -29,23 +30,16 @@ frmPassword::frmPassword(const QString &storedPassword, QWidget *parent)
     label2_ = new QLabel(QStringLiteral("Confirm Password :"), this);
     label2_->setObjectName(QStringLiteral("Label2"));
     label2_->setBuddy(txtpass1_);
-    okButton_ = new QPushButton(QStringLiteral("OK"), this);
-    okButton_->setObjectName(QStringLiteral("OKButton"));
-    okButton_->setDefault(true);
-    cancelButton_ = new QPushButton(QStringLiteral("Cancel"), this);
-    cancelButton_->setObjectName(QStringLiteral("CancelButton"));
-    cancelButton_->setAutoDefault(false);
+    const rt::ButtonRow buttons = rt::okCancelRow(this);
+    okButton_ = buttons.ok;
+    cancelButton_ = buttons.cancel;
 
     auto *fields = new QFormLayout;
     fields->addRow(label1_, txtpass_);
     fields->addRow(label2_, txtpass1_);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(okButton_);
-    buttons->addWidget(cancelButton_);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(fields);
-    layout->addLayout(buttons);
+    layout->addLayout(buttons.layout);
     setMinimumWidth(320);
 
     connect(okButton_, &QPushButton::clicked, this, &frmPassword::OKButton_Click);

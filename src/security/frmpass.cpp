@@ -1,5 +1,6 @@
 #include "security/frmpass.h"
 
+#include "runtime/ButtonRow.h"
 #include "runtime/RuntimeError.h"
 
 #include <QHBoxLayout>
@@ -24,23 +25,16 @@ frmpass::frmpass(QString &enteredPassword, QWidget *parent)
     txtpass_->setEchoMode(QLineEdit::Password);
     txtpass_->setToolTip(QStringLiteral("case sensitive."));
     label1_->setBuddy(txtpass_);
-    okButton_ = new QPushButton(QStringLiteral("OK"), this);
-    okButton_->setObjectName(QStringLiteral("OKButton"));
-    okButton_->setDefault(true);
-    cancelButton_ = new QPushButton(QStringLiteral("Cancel"), this);
-    cancelButton_->setObjectName(QStringLiteral("CancelButton"));
-    cancelButton_->setAutoDefault(false);
+    const rt::ButtonRow buttons = rt::okCancelRow(this);
+    okButton_ = buttons.ok;
+    cancelButton_ = buttons.cancel;
 
     auto *field = new QHBoxLayout;
     field->addWidget(label1_);
     field->addWidget(txtpass_, 1);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(okButton_);
-    buttons->addWidget(cancelButton_);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(field);
-    layout->addLayout(buttons);
+    layout->addLayout(buttons.layout);
     setMinimumWidth(300);
 
     connect(okButton_, &QPushButton::clicked, this, &frmpass::OKButton_Click);
