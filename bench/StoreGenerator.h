@@ -1,14 +1,19 @@
 #pragma once
 
+#include "runtime/Locale.h"
+#include "runtime/ProgramFolder.h"
+#include "store/Files.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QString>
+#include <QTemporaryDir>
 
 // Writes a Data.ini of `events` one-off events spread over 2026 and `recurring` recurring
 // events of every kind, over seven categories, as the program itself would have written it.
 inline void writeBenchStore(const QString &path, int events, int recurring)
 {
-    static const char *const cats[] = {"More", "Work", "Personal", "Birthday",
+    static const char *const cats[] = {"More",   "Work",    "Personal", "Birthday",
                                        "Health", "Holiday", "Bills"};
     static const char *const days[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                        "Thursday", "Friday", "Saturday"};
@@ -33,8 +38,8 @@ inline void writeBenchStore(const QString &path, int events, int recurring)
             out += "Type=Yearly\r\nDay=" + QByteArray::number(n % 28 + 1) +
                    "\r\nMonth=" + QByteArray::number(n % 12 + 1) + "\r\n";
         }
-        out += "Time=9:00 AM\r\nMemo=Recurring reminder " + QByteArray::number(n) + "\r\nCat=" +
-               cats[n % 6 + 1] + "\r\n";
+        out += "Time=9:00 AM\r\nMemo=Recurring reminder " + QByteArray::number(n) +
+               "\r\nCat=" + cats[n % 6 + 1] + "\r\n";
     }
     out += "[count]\r\nc=" + QByteArray::number(events) + "\r\n";
     for (int n = 1; n <= events; ++n) {
@@ -48,3 +53,15 @@ inline void writeBenchStore(const QString &path, int events, int recurring)
     if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         file.write(out);
 }
+
+// A throwaway program folder, in en_US, holding the benchmark store of 10,000 one-off and
+// 1,000 recurring events.
+struct BenchProgramFolder {
+    QTemporaryDir dir;
+    BenchProgramFolder()
+    {
+        rt::setProgramFolderForTest(dir.path());
+        rt::RtLocale::setForTest(QLocale(QLocale::English, QLocale::UnitedStates));
+        writeBenchStore(files::dataIni(), 10000, 1000);
+    }
+};

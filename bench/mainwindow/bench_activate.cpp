@@ -3,14 +3,10 @@
 #include "../StoreGenerator.h"
 #include "mainwindow/Form1.h"
 #include "runtime/Clock.h"
-#include "runtime/Locale.h"
-#include "runtime/ProgramFolder.h"
 #include "store/Files.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
-
 #include <algorithm>
 #include <cstdio>
 #include <vector>
@@ -19,11 +15,8 @@ int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    QTemporaryDir dir;
-    rt::setProgramFolderForTest(dir.path());
-    rt::RtLocale::setForTest(QLocale(QLocale::English, QLocale::UnitedStates));
+    const BenchProgramFolder folder;
     rt::Clock::setSource([] { return rt::DateSerial(2026, 3, 14) + 0.5; });
-    writeBenchStore(files::dataIni(), 10000, 1000);
 
     Form1 form;
     form.Form_Load();

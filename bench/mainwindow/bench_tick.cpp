@@ -2,13 +2,10 @@
 // runs 25 times a second, so it must stay under 0.4 ms, 1% of its period.
 #include "../StoreGenerator.h"
 #include "mainwindow/ReminderCheck.h"
-#include "runtime/Locale.h"
-#include "runtime/ProgramFolder.h"
 #include "store/Files.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <cstdio>
 #include <vector>
@@ -29,10 +26,7 @@ struct Counter : ReminderOutput {
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    QTemporaryDir dir;
-    rt::setProgramFolderForTest(dir.path());
-    rt::RtLocale::setForTest(QLocale(QLocale::English, QLocale::UnitedStates));
-    writeBenchStore(files::dataIni(), 10000, 1000);
+    const BenchProgramFolder folder;
     const store::Model model = store::loadModel();
 
     Counter out;

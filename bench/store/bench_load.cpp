@@ -1,21 +1,18 @@
 // The loader's way of reading a store of 10,000 one-off and 1,000 recurring events: every key
 // through ReadINI. Compared with one plain parse of the same file.
 #include "../StoreGenerator.h"
-#include "runtime/Locale.h"
-#include "runtime/ProgramFolder.h"
 #include "store/DataStore.h"
 #include "store/Files.h"
 #include "store/ProfileEngine.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
-
 #include <algorithm>
 #include <cstdio>
 #include <vector>
 
-namespace {
+namespace
+{
 
 template <typename F> double bestMs(int runs, F &&f)
 {
@@ -35,10 +32,7 @@ template <typename F> double bestMs(int runs, F &&f)
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    QTemporaryDir dir;
-    rt::setProgramFolderForTest(dir.path());
-    rt::RtLocale::setForTest(QLocale(QLocale::English, QLocale::UnitedStates));
-    writeBenchStore(files::dataIni(), 10000, 1000);
+    const BenchProgramFolder folder;
 
     const double parse = bestMs(11, [] {
         QFile file(files::dataIni());
