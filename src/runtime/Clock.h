@@ -4,10 +4,12 @@
 
 #include <functional>
 
-namespace rt {
+namespace rt
+{
 
 // "Now" and "today" for the whole program. Tests install their own source of time.
-class Clock {
+class Clock
+{
 public:
     static Date Now();
     static Date Today(); // Now() without its time of day

@@ -1,6 +1,7 @@
 #include "runtime/Colors.h"
 
-namespace rt {
+namespace rt
+{
 
 QColor toQColor(WinColor color)
 {

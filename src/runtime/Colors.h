@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QColor>
-
 #include <cstdint>
 
-namespace rt {
+namespace rt
+{
 
 // A Windows colour value: red in the low byte, then green, then blue.
 using WinColor = std::uint32_t;

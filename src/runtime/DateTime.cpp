@@ -2,8 +2,10 @@
 
 #include <cmath>
 
-namespace rt {
-namespace {
+namespace rt
+{
+namespace
+{
 
 // Days from 1970-01-01 of a proleptic Gregorian date (H. Hinnant's algorithm).
 long long daysFromCivil(long long y, int m, int d)
@@ -77,9 +79,18 @@ Date TimeSerial(int hour, int minute, int second)
     return (hour * 3600 + minute * 60 + second) / 86400.0;
 }
 
-int Year(Date d) { return civilOf(d).year; }
-int Month(Date d) { return civilOf(d).month; }
-int Day(Date d) { return civilOf(d).day; }
+int Year(Date d)
+{
+    return civilOf(d).year;
+}
+int Month(Date d)
+{
+    return civilOf(d).month;
+}
+int Day(Date d)
+{
+    return civilOf(d).day;
+}
 
 int Weekday(Date d)
 {
@@ -88,11 +99,26 @@ int Weekday(Date d)
     return int(((days + 6) % 7 + 7) % 7) + 1;
 }
 
-int Hour(Date d) { return secondsOfDay(d) / 3600; }
-int Minute(Date d) { return secondsOfDay(d) / 60 % 60; }
-int Second(Date d) { return secondsOfDay(d) % 60; }
+int Hour(Date d)
+{
+    return secondsOfDay(d) / 3600;
+}
+int Minute(Date d)
+{
+    return secondsOfDay(d) / 60 % 60;
+}
+int Second(Date d)
+{
+    return secondsOfDay(d) % 60;
+}
 
-Date DatePart(Date d) { return std::trunc(d); }
-Date TimePart(Date d) { return std::fabs(d - std::trunc(d)); }
+Date DatePart(Date d)
+{
+    return std::trunc(d);
+}
+Date TimePart(Date d)
+{
+    return std::fabs(d - std::trunc(d));
+}
 
 } // namespace rt

@@ -2,7 +2,8 @@
 
 // Date values as the run-time keeps them: a double counting days since 30 December 1899,
 // the fraction being the time of day.
-namespace rt {
+namespace rt
+{
 
 using Date = double;
 

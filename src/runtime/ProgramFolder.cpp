@@ -4,8 +4,10 @@
 #include <QDir>
 #include <QFileInfo>
 
-namespace rt {
-namespace {
+namespace rt
+{
+namespace
+{
 
 QString &pinned()
 {
@@ -34,8 +36,14 @@ const QString &executableFolder()
 
 } // namespace
 
-QString programFolder() { return pinned().isEmpty() ? executableFolder() : pinned(); }
+QString programFolder()
+{
+    return pinned().isEmpty() ? executableFolder() : pinned();
+}
 
-void setProgramFolderForTest(const QString &folder) { pinned() = folder; }
+void setProgramFolderForTest(const QString &folder)
+{
+    pinned() = folder;
+}
 
 } // namespace rt

@@ -2,7 +2,8 @@
 
 #include <QString>
 
-namespace rt {
+namespace rt
+{
 
 // The folder of the executable, without a trailing separator. Callers ask for it at every
 // use and keep no path of their own.

@@ -18,8 +18,8 @@ public:
     const QString &description() const { return description_; }
     const char *what() const noexcept override;
 
-    static RuntimeError typeMismatch(); // 13
-    static RuntimeError overflow();     // 6
+    static RuntimeError typeMismatch();        // 13
+    static RuntimeError overflow();            // 6
     static RuntimeError subscriptOutOfRange(); // 9
 
 private:

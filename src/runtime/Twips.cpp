@@ -2,11 +2,12 @@
 
 #include <QGuiApplication>
 #include <QScreen>
-
 #include <cmath>
 
-namespace rt {
-namespace {
+namespace rt
+{
+namespace
+{
 
 double pinnedDpi = 0;
 
@@ -23,14 +24,29 @@ double dpi()
 
 } // namespace
 
-double twipsPerPixel() { return 1440.0 / dpi(); }
+double twipsPerPixel()
+{
+    return 1440.0 / dpi();
+}
 
-int twipsToPixels(double twips) { return int(std::lround(twips / twipsPerPixel())); }
+int twipsToPixels(double twips)
+{
+    return int(std::lround(twips / twipsPerPixel()));
+}
 
-double pixelsToTwips(double pixels) { return pixels * twipsPerPixel(); }
+double pixelsToTwips(double pixels)
+{
+    return pixels * twipsPerPixel();
+}
 
-void setDpiForTest(double value) { pinnedDpi = value; }
+void setDpiForTest(double value)
+{
+    pinnedDpi = value;
+}
 
-double pointsToPixels(double points) { return points * dpi() / 72.0; }
+double pointsToPixels(double points)
+{
+    return points * dpi() / 72.0;
+}
 
 } // namespace rt

@@ -1,6 +1,7 @@
 #pragma once
 
-namespace rt {
+namespace rt
+{
 
 // Twips against pixels: 1440 twips to the inch, so 15 twips a pixel at 96 dpi. The dpi is
 // the primary screen's logical dpi (96 without a screen); tests can pin it.

@@ -4,7 +4,8 @@
 
 // The fixed files of the program folder. A path is the program folder, "/" and the name,
 // joined as plain text and formed anew at every use.
-namespace files {
+namespace files
+{
 
 inline constexpr char kDataIni[] = "Data.ini";
 inline constexpr char kPassIni[] = "Pass.ini";
@@ -17,12 +18,33 @@ inline constexpr char kLastPrintTxt[] = "Last_Print.txt";
 
 QString inProgramFolder(const char *name);
 
-inline QString dataIni() { return inProgramFolder(kDataIni); }
-inline QString passIni() { return inProgramFolder(kPassIni); }
-inline QString alarmWav() { return inProgramFolder(kAlarmWav); }
-inline QString helpHlp() { return inProgramFolder(kHelpHlp); }
-inline QString logoX() { return inProgramFolder(kLogoX); }
-inline QString tempUrl() { return inProgramFolder(kTempUrl); }
-inline QString lastPrintTxt() { return inProgramFolder(kLastPrintTxt); }
+inline QString dataIni()
+{
+    return inProgramFolder(kDataIni);
+}
+inline QString passIni()
+{
+    return inProgramFolder(kPassIni);
+}
+inline QString alarmWav()
+{
+    return inProgramFolder(kAlarmWav);
+}
+inline QString helpHlp()
+{
+    return inProgramFolder(kHelpHlp);
+}
+inline QString logoX()
+{
+    return inProgramFolder(kLogoX);
+}
+inline QString tempUrl()
+{
+    return inProgramFolder(kTempUrl);
+}
+inline QString lastPrintTxt()
+{
+    return inProgramFolder(kLastPrintTxt);
+}
 
 } // namespace files

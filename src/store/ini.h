@@ -12,7 +12,6 @@ QString ReadINI(const QString &fileName, const QString &section, const QString &
 
 // Writes one key. The file receives the value as given, line breaks included; a caller
 // that passes a variable gets it back with every line break turned into a space.
-void WriteINI(const QString &fileName, const QString &section, const QString &key,
-              QString &value);
+void WriteINI(const QString &fileName, const QString &section, const QString &key, QString &value);
 void WriteINI(const QString &fileName, const QString &section, const QString &key,
               const QString &value);
