@@ -13,5 +13,5 @@ xvfb-run -a -s "-screen 0 1280x800x24" bash -c '
     "$1" & shown=$!
     sleep 2
     import -window root "$2"
-    kill "$shown"' _ "$build/tests/yearcalendar/show_calendar" "$picture"
+    kill "$shown"' _ "$build/tools/show_calendar" "$picture"
 echo "$picture"
