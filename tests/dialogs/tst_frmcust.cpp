@@ -1,4 +1,4 @@
-#include "StoreFixture.h"
+#include "Fixtures.h"
 #include "dialogs/frmCust.h"
 #include "runtime/MsgBox.h"
 
@@ -30,7 +30,7 @@ class TestFrmCust : public QObject
 {
     Q_OBJECT
 
-    StoreFixture fixture;
+    TestFolder folder;
 
     static QComboBox *cmbcat(frmCust &window) { return window.findChild<QComboBox *>("cmbcat"); }
     static void choose(frmCust &window, const QString &entry)
@@ -40,7 +40,7 @@ class TestFrmCust : public QObject
     }
 
 private slots:
-    void init() { StoreFixture::setData(kCategories); }
+    void init() { TestFolder::setData(kCategories); }
 
     void categoryOneStandsForSeveralEvents()
     {
@@ -63,8 +63,8 @@ private slots:
         pickNext(this, Qt::blue);
         window.cmdpalette_Click();
         window.OKButton_Click();
-        QCOMPARE(StoreFixture::data(),
-                 StoreFixture::crlf(QByteArray(kCategories).replace("2c=255", "2c=16711680")));
+        QCOMPARE(TestFolder::data(),
+                 crlf(QByteArray(kCategories).replace("2c=255", "2c=16711680")));
     }
 
     // A new category is kept at once; picked colours only with OK.
@@ -85,19 +85,18 @@ private slots:
         }
         const QByteArray withSports =
             QByteArray(kCategories).replace("c=3", "c=4") + "4=Sports\n4c=0\n";
-        QCOMPARE(StoreFixture::data(), StoreFixture::crlf(withSports));
+        QCOMPARE(TestFolder::data(), crlf(withSports));
     }
 
     // The first category of an empty store would be taken for "More".
     void aFirstCategoryComesAfterMore()
     {
-        StoreFixture::setData("");
+        TestFolder::setData("");
         rt::MsgBoxRecorder boxes;
         boxes.nextInputs << "Work";
         frmCust window;
         choose(window, "New..");
-        QCOMPARE(StoreFixture::data(),
-                 StoreFixture::crlf("[Categories]\nc=2\n1=More\n1c=0\n2=Work\n2c=0\n"));
+        QCOMPARE(TestFolder::data(), crlf("[Categories]\nc=2\n1=More\n1c=0\n2=Work\n2c=0\n"));
         QCOMPARE(cmbcat(window)->currentText(), "Work");
     }
 };

@@ -1,4 +1,4 @@
-#include "StoreFixture.h"
+#include "Fixtures.h"
 #include "dialogs/frmDaily.h"
 
 #include <QSignalSpy>
@@ -8,18 +8,18 @@ class TestFrmDaily : public QObject
 {
     Q_OBJECT
 
-    StoreFixture fixture;
+    TestFolder folder;
 
 private slots:
     void listsDailyEventsOnly()
     {
-        StoreFixture::setData("[rcount]\nc=5\n"
-                              "[r1]\nType=Daily\nTime=7:00 AM\nMemo=Call home\n"
-                              "[r2]\nType=Weekly\nDay=Monday\nTime=7:00 AM\nMemo=Gym\n"
-                              "[r3]\nType=Daily\nTime=00:00\nMemo=&**C:\\Program Files\\Backup"
-                              "\\backup-every-night.exe\n"
-                              "[r4]\nType=Daily\nTime=7:00 AM\nMemo=Call home\n"
-                              "[r5]\nType=Yearly\nDay=1\nMonth=1\nTime=00:00\nMemo=New year\n");
+        TestFolder::setData("[rcount]\nc=5\n"
+                            "[r1]\nType=Daily\nTime=7:00 AM\nMemo=Call home\n"
+                            "[r2]\nType=Weekly\nDay=Monday\nTime=7:00 AM\nMemo=Gym\n"
+                            "[r3]\nType=Daily\nTime=00:00\nMemo=&**C:\\Program Files\\Backup"
+                            "\\backup-every-night.exe\n"
+                            "[r4]\nType=Daily\nTime=7:00 AM\nMemo=Call home\n"
+                            "[r5]\nType=Yearly\nDay=1\nMonth=1\nTime=00:00\nMemo=New year\n");
         frmDaily window;
         auto *list = window.findChild<QTreeWidget *>("ListView1");
         QCOMPARE(list->headerItem()->text(0), "Time");

@@ -1,5 +1,6 @@
-#include "StoreFixture.h"
+#include "Fixtures.h"
 #include "dialogs/frmRemove.h"
+#include "store/DataStore.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -18,7 +19,7 @@ QByteArray section(int n, const QByteArray &date, const QByteArray &memo)
 // Four events on Thursday 29 July 2004, the first two alike in their first ten characters.
 const QByteArray kEvents = "[count]\nc=4\n" + section(1, "07/29/2004", "Meeting with Bob") +
                            section(2, "7/29/2004", "Meeting with Bobby") +
-                           section(3, "7/29/2004", "&**C:\\Reports\\weekly.doc") +
+                           section(3, "07/29/2004", "&**C:\\Reports\\weekly.doc") +
                            section(4, "7/29/2004", "Four");
 const QByteArray kRecurring =
     "[rcount]\nc=5\n[r1]\nType=Weekly\nDay=Friday\nTime=1:00 PM\nMemo=Pay day\nCat=Work\n"
@@ -27,30 +28,24 @@ const QByteArray kRecurring =
     "[r4]\nType=Yearly\nDay=29\nMonth=7\nTime=1:00 PM\nMemo=Anniversary\nCat=Work\n"
     "[r5]\nType=Weekly\nDay=Thursday\nTime=1:00 PM\nMemo=Choir\nCat=Work\n";
 
+template <typename Items> QStringList memos(const Items &items)
+{
+    QStringList texts;
+    for (qsizetype n = 1; n < items.size(); ++n)
+        texts << items[n].memo;
+    return texts;
+}
+
 } // namespace
 
 class TestFrmRemove : public QObject
 {
     Q_OBJECT
 
-    StoreFixture fixture;
-
-    static QStringList entries(frmRemove &window)
-    {
-        auto *list = window.findChild<QComboBox *>("Combo1");
-        QStringList texts;
-        for (int i = 0; i < list->count(); ++i)
-            texts << list->itemText(i);
-        return texts;
-    }
-    static void choose(frmRemove &window, int entry)
-    {
-        window.findChild<QComboBox *>("Combo1")->setCurrentIndex(entry);
-        window.OKButton_Click();
-    }
+    TestFolder folder;
 
 private slots:
-    void init() { StoreFixture::setData(kEvents + kRecurring); }
+    void init() { TestFolder::setData(kEvents + kRecurring); }
 
     void listsTheEventsOfTheDate_data()
     {
@@ -69,44 +64,41 @@ private slots:
         QFETCH(QStringList, listed);
         frmRemove window(DateSerial(2004, 7, 1));
         window.findChild<QDateEdit *>("DTPicker1")->setDate(date);
-        QCOMPARE(entries(window), listed);
-        QCOMPARE(window.findChild<QComboBox *>("Combo1")->currentIndex(), 0);
+        auto *list = window.findChild<QComboBox *>("Combo1");
+        QStringList texts;
+        for (int i = 0; i < list->count(); ++i)
+            texts << list->itemText(i);
+        QCOMPARE(texts, listed);
+        QCOMPARE(list->currentIndex(), 0);
     }
 
-    // Later events move down one by one, dates in the run-time's form; the old last section
-    // stays behind.
-    void removesTheSecondOfFour()
+    // The entry chosen is the item removed; moved events get their dates in the run-time's
+    // form.
+    void removesTheChosenEntry_data()
     {
-        frmRemove window(DateSerial(2004, 7, 29));
-        choose(window, 1);
-        QCOMPARE(StoreFixture::data(),
-                 StoreFixture::crlf("[count]\nc=3\n" +
-                                    section(1, "07/29/2004", "Meeting with Bob") +
-                                    section(2, "7/29/2004", "&**C:\\Reports\\weekly.doc") +
-                                    section(3, "7/29/2004", "Four") +
-                                    section(4, "7/29/2004", "Four") + kRecurring));
+        QTest::addColumn<int>("entry");
+        QTest::addColumn<QStringList>("events");
+        QTest::addColumn<QStringList>("recurring");
+        const QStringList events{"Meeting with Bob", "Meeting with Bobby",
+                                 "&**C:\\Reports\\weekly.doc", "Four"};
+        const QStringList recurring{"Pay day", "Gym", "Rent", "Anniversary", "Choir"};
+        QTest::newRow("second one-off")
+            << 1 << QStringList{"Meeting with Bob", "&**C:\\Reports\\weekly.doc", "Four"}
+            << recurring;
+        QTest::newRow("recurring 2 of 5, after one not listed")
+            << 4 << events << QStringList{"Pay day", "Rent", "Anniversary", "Choir"};
     }
-
-    void removesTheLastOnlyByTheCount()
+    void removesTheChosenEntry()
     {
+        QFETCH(int, entry);
         frmRemove window(DateSerial(2004, 7, 29));
-        choose(window, 3);
-        QCOMPARE(StoreFixture::data(),
-                 StoreFixture::crlf(QByteArray(kEvents).replace("c=4", "c=3") + kRecurring));
-    }
-
-    void removesARecurringEvent()
-    {
-        frmRemove window(DateSerial(2004, 7, 29));
-        choose(window, 4); // Gym, recurring event 2 of 5
-        // Every key is written, so a section that lacked one gets it at its end.
-        const QByteArray expected =
-            "[rcount]\nc=4\n[r1]\nType=Weekly\nDay=Friday\nTime=1:00 PM\nMemo=Pay day\nCat=Work\n"
-            "[r2]\nType=Monthly\nDay=29\nMonth=\nTime=1:00 PM\nMemo=Rent\nCat=Work\n"
-            "[r3]\nType=Yearly\nDay=29\nTime=1:00 PM\nMemo=Anniversary\nCat=Work\nMonth=7\n"
-            "[r4]\nType=Weekly\nDay=Thursday\nMonth=\nTime=1:00 PM\nMemo=Choir\nCat=Work\n"
-            "[r5]\nType=Weekly\nDay=Thursday\nTime=1:00 PM\nMemo=Choir\nCat=Work\n";
-        QCOMPARE(StoreFixture::data(), StoreFixture::crlf(kEvents + expected));
+        window.findChild<QComboBox *>("Combo1")->setCurrentIndex(entry);
+        window.OKButton_Click();
+        const store::Model model = store::loadModel();
+        QTEST(memos(model.events), "events");
+        QTEST(memos(model.recurring), "recurring");
+        QCOMPARE(store::readEventRecord(1).date, "07/29/2004");
+        QCOMPARE(store::readEventRecord(2).date, "7/29/2004");
     }
 };
 

@@ -1,3 +1,4 @@
+#include "Fixtures.h"
 #include "dialogs/frmalarm.h"
 #include "mainwindow/AlarmOutput.h"
 #include "mainwindow/Form1.h"
@@ -5,54 +6,42 @@
 #include "runtime/Application.h"
 #include "runtime/Clock.h"
 #include "runtime/DateText.h"
-#include "runtime/Locale.h"
 #include "runtime/MsgBox.h"
-#include "runtime/ProgramFolder.h"
-#include "store/Files.h"
 
-#include <QFile>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 #include <functional>
 
 namespace
 {
 
-struct Ended {
-    int exitCode;
-};
-
 QByteArray counts(int events, int recurring)
 {
-    return "[count]\r\nc=" + QByteArray::number(events) +
-           "\r\n[rcount]\r\nc=" + QByteArray::number(recurring) + "\r\n";
+    return "[count]\nc=" + QByteArray::number(events) +
+           "\n[rcount]\nc=" + QByteArray::number(recurring) + "\n";
 }
 
 QByteArray oneOff(int n, const char *date, const char *time, const QByteArray &memo,
                   const char *cat = "Work")
 {
-    return "[" + QByteArray::number(n) + "]\r\nDate=" + date + "\r\nTime=" + time +
-           "\r\nMemo=" + memo + "\r\nCat=" + cat + "\r\n";
+    return "[" + QByteArray::number(n) + "]\nDate=" + date + "\nTime=" + time + "\nMemo=" + memo +
+           "\nCat=" + cat + "\n";
 }
 
 QByteArray rec(const char *type, const char *day, const char *month, const char *time,
                const char *memo, const char *cat = "Home")
 {
-    return QByteArray("[r1]\r\nType=") + type + "\r\nDay=" + day + "\r\nMonth=" + month +
-           "\r\nTime=" + time + "\r\nMemo=" + memo + "\r\nCat=" + cat + "\r\n";
+    return QByteArray("[r1]\nType=") + type + "\nDay=" + day + "\nMonth=" + month +
+           "\nTime=" + time + "\nMemo=" + memo + "\nCat=" + cat + "\n";
 }
 
 // Categories, with "Work" twice: the last one's colour counts.
-void writeStore(const QByteArray &bytes)
+void writeStore(const QByteArray &text)
 {
-    QFile file(files::dataIni());
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write("[Categories]\r\nc=4\r\n1=More\r\n1c=100\r\n2=Work\r\n2c=200\r\n3=Home\r\n3c=300\r\n"
-               "4=Work\r\n4c=400\r\n" +
-               bytes);
+    TestFolder::setData("[Categories]\nc=4\n1=More\n1c=100\n2=Work\n2c=200\n3=Home\n3c=300\n"
+                        "4=Work\n4c=400\n" +
+                        text);
 }
 
 rt::Date at(const char *text)
@@ -96,14 +85,10 @@ class TstReminders : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir dir;
+    TestFolder folder;
+    const QString dir = folder.dir.path();
 
 private slots:
-    void initTestCase()
-    {
-        rt::setProgramFolderForTest(dir.path());
-        init();
-    }
     void init() { rt::RtLocale::setForTest(QLocale("en_US")); }
 
     // Each tick is marked 'x' when something fired in it, '!' when it raised a run-time
@@ -231,7 +216,7 @@ private slots:
     void actionPathOpensAsWritten()
     {
         // What a shell would act on, in the name of a script that notes how it was started.
-        const QString path = dir.path() + "/it's a \"test\"; $(touch p1) `touch p2` & |.sh";
+        const QString path = dir + "/it's a \"test\"; $(touch p1) `touch p2` & |.sh";
         QFile script(path);
         QVERIFY(script.open(QIODevice::WriteOnly));
         script.write("#!/bin/sh\nprintf '%s\\n' \"$0\" \"$#\" \"$PWD\" > \"${0%/*}/started.tmp\"\n"
@@ -244,12 +229,12 @@ private slots:
         ReminderCheck check(out);
         check.setModel(model);
         check.tick(at("2026-03-03 12:00"));
-        QFile log(dir.path() + "/started.log");
+        QFile log(dir + "/started.log");
         QTRY_VERIFY_WITH_TIMEOUT(log.exists(), 10000);
         QVERIFY(log.open(QIODevice::ReadOnly));
-        QCOMPARE(QString::fromUtf8(log.readAll()), path + "\n0\n" + dir.path() + "\n");
+        QCOMPARE(QString::fromUtf8(log.readAll()), path + "\n0\n" + dir + "\n");
         for (const char *name : {"p1", "p2"})
-            QVERIFY(!QFile::exists(dir.path() + '/' + name) && !QFile::exists(name));
+            QVERIFY(!QFile::exists(dir + '/' + name) && !QFile::exists(name));
         QVERIFY(!out.window());
     }
 
@@ -288,14 +273,7 @@ private slots:
         Form1 form;
         form.Form_Load();
         rt::MsgBoxRecorder boxes;
-        rt::setEndForTest([](int exitCode) { throw Ended{exitCode}; });
-        int exitCode = -1;
-        try {
-            sendTimer1(form);
-        } catch (const Ended &ended) {
-            exitCode = ended.exitCode;
-        }
-        rt::setEndForTest({});
+        const int exitCode = exitCodeOf([&] { sendTimer1(form); });
         rt::Clock::setSource({});
         QCOMPARE(exitCode, rt::kRuntimeErrorExitCode);
         QCOMPARE(boxes.calls.size(), 1);

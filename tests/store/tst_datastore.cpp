@@ -1,58 +1,22 @@
-#include "runtime/DateText.h"
-#include "runtime/Locale.h"
-#include "runtime/ProgramFolder.h"
+#include "Fixtures.h"
 #include "store/DataStore.h"
-#include "store/Files.h"
-
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
 
 using namespace store;
-
-namespace
-{
-
-QByteArray fileBytes(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void setFileBytes(const QString &path, const QByteArray &bytes)
-{
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    f.write(bytes);
-}
-
-QByteArray crlf(const char *text)
-{
-    return QByteArray(text).replace("\n", "\r\n");
-}
-
-} // namespace
 
 class TestDataStore : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir dir;
+    TestFolder folder;
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY(dir.isValid());
-        rt::setProgramFolderForTest(dir.path());
-        rt::RtLocale::setForTest(QLocale("en_US"));
-    }
     void init() { QFile::remove(files::dataIni()); }
 
     void newEventWritesCountFirst()
     {
         writeNewEvent(1, {"7/29/2004", "9:00 AM", "Dentist", "Health"});
-        QCOMPARE(fileBytes(files::dataIni()), crlf("[count]\nc=1\n[1]\nDate=7/29/2004\n"
-                                                   "Time=9:00 AM\nMemo=Dentist\nCat=Health\n"));
+        QCOMPARE(TestFolder::data(), crlf("[count]\nc=1\n[1]\nDate=7/29/2004\n"
+                                          "Time=9:00 AM\nMemo=Dentist\nCat=Health\n"));
     }
 
     void newRecurring_data()
@@ -71,23 +35,23 @@ private slots:
         QFETCH(QString, type);
         QFETCH(QByteArray, keys);
         writeNewRecurring(3, {type, "d", "mo", "t", "m", "c"});
-        QCOMPARE(fileBytes(files::dataIni()), crlf("[rcount]\nc=3\n[r3]\n") + keys);
+        QCOMPARE(TestFolder::data(), crlf("[rcount]\nc=3\n[r3]\n") + keys);
     }
 
     // Modifying event 1 of 3 sends its memo to section 4 and leaves the count alone.
     void modifiedEventMemoGoesPastTheEnd()
     {
-        setFileBytes(files::dataIni(), crlf("[count]\nc=3\n[1]\nDate=1/1/2004\nTime=00:00\n"
-                                            "Memo=old\nCat=A\n"));
+        TestFolder::setData("[count]\nc=3\n[1]\nDate=1/1/2004\nTime=00:00\n"
+                            "Memo=old\nCat=A\n");
         writeModifiedEvent(1, 3, {"2/2/2004", "9:00 AM", "new", "B"});
-        QCOMPARE(fileBytes(files::dataIni()),
+        QCOMPARE(TestFolder::data(),
                  crlf("[count]\nc=3\n[1]\nDate=2/2/2004\nTime=9:00 AM\nMemo=old\nCat=B\n"
                       "[4]\nMemo=new\n"));
     }
 
     void modifiedRecurringLowersTheCount()
     {
-        setFileBytes(files::dataIni(), crlf("[rcount]\nc=5\n"));
+        TestFolder::setData("[rcount]\nc=5\n");
         writeModifiedRecurring(2, {kDaily, "", "", "9:00 AM", "m", "c"});
         QCOMPARE(readCount(kRecurringCountSection), 2);
     }
@@ -120,9 +84,9 @@ private slots:
             before +=
                 crlf(qPrintable(QString("[%1]\nDate=%1\nTime=t%1\nMemo=m%1\nCat=c%1\n").arg(n)));
         }
-        setFileBytes(files::dataIni(), before);
+        writeBytes(files::dataIni(), before);
         store::removeEvent(events, k);
-        QCOMPARE(fileBytes(files::dataIni()), expected);
+        QCOMPARE(TestFolder::data(), expected);
     }
 
     void removeRecurringKeyOrder()
@@ -131,18 +95,18 @@ private slots:
         events.append({kDaily, "", "", "t1", "m1", "c1"});
         events.append({kWeekly, "Monday", "", "t2", "m2", "c2"});
         store::removeRecurring(events, 1);
-        QCOMPARE(fileBytes(files::dataIni()),
+        QCOMPARE(TestFolder::data(),
                  crlf("[rcount]\nc=1\n[r1]\nType=Weekly\nDay=Monday\nMonth=\nTime=t2\nCat=c2\n"
                       "Memo=m2\n"));
     }
 
     void categories()
     {
-        setFileBytes(files::dataIni(), crlf("[Categories]\nc=2\n1=Anything\n1c=255\n2=Work\n"
-                                            "2c=16711680\n"));
+        TestFolder::setData("[Categories]\nc=2\n1=Anything\n1c=255\n2=Work\n"
+                            "2c=16711680\n");
         writeNewCategory(2, "Health");
         writeCategoryColours({0, 65280, -1, 42});
-        QCOMPARE(fileBytes(files::dataIni()),
+        QCOMPARE(TestFolder::data(),
                  crlf("[Categories]\nc=3\n1=Anything\n1c=65280\n2=Work\n2c=-1\n3=Health\n"
                       "3c=42\n"));
         const Model model = loadModel();
@@ -154,11 +118,11 @@ private slots:
     {
         writePassword("Secret");
         writePassword("Ab\u20ac\u4e2d");
-        QCOMPARE(fileBytes(files::dataIni()),
+        QCOMPARE(TestFolder::data(),
                  crlf("[pcount]\nc=4\n[pass]\n1=65\n2=98\n3=128\n4=63\n5=101\n6=116\n"));
         QCOMPARE(readPassword(), QString("Ab\u20ac?"));
         writePassIniCount();
-        QCOMPARE(fileBytes(files::passIni()), crlf("[count]\nc=0\n"));
+        QCOMPARE(readBytes(files::passIni()), crlf("[count]\nc=0\n"));
     }
 
     void noPassword_data()
@@ -172,18 +136,17 @@ private slots:
     {
         QFETCH(QByteArray, file);
         if (!file.isEmpty())
-            setFileBytes(files::dataIni(), file);
+            writeBytes(files::dataIni(), file);
         QCOMPARE(readPassword(), QString());
     }
 
     void loaderReadsEverything()
     {
-        setFileBytes(files::dataIni(),
-                     crlf("[Categories]\nc=2\n1=More\n1c=255\n2=Work\n2c=65280\n"
-                          "[rcount]\nc=1\n[r1]\nType=Yearly\nDay=29\nMonth=7\nTime=9:00 AM\n"
-                          "Memo=&**/usr/bin/x\nCat=Work\n"
-                          "[count]\nc=2\n[1]\nDate=7/29/2004\nTime=00:00\nMemo=Lunch\nCat=Work\n"
-                          "[2]\nDate=not a date\nTime=9:5 PM\nMemo=x\nCat=Work\n"));
+        TestFolder::setData("[Categories]\nc=2\n1=More\n1c=255\n2=Work\n2c=65280\n"
+                            "[rcount]\nc=1\n[r1]\nType=Yearly\nDay=29\nMonth=7\nTime=9:00 AM\n"
+                            "Memo=&**/usr/bin/x\nCat=Work\n"
+                            "[count]\nc=2\n[1]\nDate=7/29/2004\nTime=00:00\nMemo=Lunch\nCat=Work\n"
+                            "[2]\nDate=not a date\nTime=9:5 PM\nMemo=x\nCat=Work\n");
         const Model m = loadModel();
         QCOMPARE(m.recurringCount(), 1);
         QCOMPARE(m.recurring[1].type, kYearly);
@@ -226,7 +189,7 @@ private slots:
         QFETCH(QByteArray, file);
         QFETCH(int, events);
         QFETCH(int, categories);
-        setFileBytes(files::dataIni(), file);
+        writeBytes(files::dataIni(), file);
         const Model m = loadModel();
         QCOMPARE(m.eventCount(), events);
         QCOMPARE(m.categoryCount(), categories);

@@ -1,12 +1,9 @@
+#include "Fixtures.h"
 #include "runtime/Ansi.h"
 #include "store/ProfileEngine.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
-#include <QTest>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -36,19 +33,6 @@ QByteArray utf16(const QString &text)
     return out;
 }
 
-QByteArray readBytes(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void writeBytes(const QString &path, const QByteArray &bytes)
-{
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QCOMPARE(f.write(bytes), bytes.size());
-}
-
 QString readKey(const QString &file, const QString &section, const QString &key,
                 const QString &def = QStringLiteral("<default>"))
 {
@@ -59,18 +43,15 @@ QString readKey(const QString &file, const QString &section, const QString &key,
     return result;
 }
 
-const QByteArray kMissing("<missing>");
-
-// Runs a shell script as another process would; returns what went wrong, if anything.
-QString runShell(const QString &script, const QProcessEnvironment &env)
+struct stat statOf(const QString &path)
 {
-    QProcess sh;
-    sh.setProcessEnvironment(env);
-    sh.start(QStringLiteral("sh"), {QStringLiteral("-c"), script});
-    if (!sh.waitForFinished() || sh.exitStatus() != QProcess::NormalExit || sh.exitCode() != 0)
-        return script + QLatin1String(": ") + QString::fromLocal8Bit(sh.readAllStandardError());
-    return {};
+    struct stat st = {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
+        qFatal("cannot stat %s", qPrintable(path));
+    return st;
 }
+
+const QByteArray kMissing("<missing>");
 
 } // namespace
 
@@ -90,508 +71,481 @@ private slots:
         QFile::remove(file_);
     }
 
-    void ansi_data();
-    void ansi();
-    void read_data();
-    void read();
-    void write_data();
-    void write();
-    void unchangedValueKeepsTheFile_data();
-    void unchangedValueKeepsTheFile();
-    void failedWritesAreSilent();
-    void writeKeepsPermissionsAndLeavesNoTemporaryFile();
-    void readingEveryKeyParsesOnce();
-    void fileChangedBehindTheEngineIsReread();
-    void changeByAnotherProcessIsSeen_data();
-    void changeByAnotherProcessIsSeen();
-    void relativePathFollowsTheWorkingFolder();
-    void forkedChildSeesChanges();
-    void cachedCopyMatchesAFreshParse();
-};
-
-void TestProfileEngine::ansi_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("back");
-    QTest::newRow("ascii") << QString("k=v") << B("k=v") << QString("k=v");
-    QTest::newRow("latin-1") << W(u"\u00E9\u00FF\u00A0") << B("\xE9\xFF\xA0")
-                             << W(u"\u00E9\u00FF\u00A0");
-    QTest::newRow("0x80-0x9f") << W(u"\u20AC\u201A\u0178\u017E") << B("\x80\x82\x9F\x9E")
-                               << W(u"\u20AC\u201A\u0178\u017E");
-    QTest::newRow("undefined bytes")
-        << W(u"\u0081\u008D\u008F\u0090\u009D") << B("\x81\x8D\x8F\x90\x9D")
-        << W(u"\u0081\u008D\u008F\u0090\u009D");
-    QTest::newRow("outside the code page")
-        << W(u"a\u03A9\u0080\U0001F600b") << B("a???b") << QString("a???b");
-}
-
-void TestProfileEngine::ansi()
-{
-    QFETCH(QString, text);
-    QFETCH(QByteArray, bytes);
-    QFETCH(QString, back);
-    QCOMPARE(rt::toAnsi(text), bytes);
-    QCOMPARE(rt::fromAnsi(bytes), back);
-
-    QByteArray all(256, '\0');
-    for (int i = 0; i < 256; ++i)
-        all[i] = char(i);
-    QCOMPARE(rt::toAnsi(rt::fromAnsi(all)), all);
-}
-
-void TestProfileEngine::read_data()
-{
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("section");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("def");
-    QTest::addColumn<QString>("expected");
-
-    const QString d("<default>");
-    const QString a254(254, u'a');
-    auto row = [&](const char *name, const QByteArray &file, const QString &section,
-                   const QString &key, const QString &expected, const QString &def = {}) {
-        QTest::newRow(name) << file << section << key << (def.isNull() ? d : def) << expected;
-    };
-
-    row("plain", B("[S]\r\nk=v\r\n"), "S", "k", "v");
-    row("names ignore case", B("[Sec]\r\nKey=v\r\n"), "sEC", "kEY", "v");
-    row("blanks around arguments", B("[S]\r\nk=v\r\n"), " \tS ", "  k\t", "v");
-    row("LF line ends", B("[S]\nk=v\nj=w\n"), "S", "j", "w");
-    row("CR line ends", B("[S]\rk=v\rj=w\r"), "S", "j", "w");
-    row("mixed line ends", B("[S]\r\nk=v\rj=w\nz=x"), "S", "z", "x");
-    row("no final line end", B("[S]\r\nk=v"), "S", "k", "v");
-    row("NUL ends the value", B("[S]\r\nk=ab\0cd\r\n"), "S", "k", "ab");
-    row("NUL before the =", B("[S]\r\nk\0=v\r\n"), "S", "k", d);
-    row("NUL only ends its line", B("[S]\r\nx=1\0\r\nk=v\r\n"), "S", "k", "v");
-    row("5000-character line", "[S]\r\nx=" + QByteArray(5000, 'x') + "\r\nk=v\r\n", "S", "k", "v");
-    row("header blanks trimmed", B("  [ S ]  \r\nk=v\r\n"), "S", "k", "v");
-    row("text after ] ignored", B("[S] junk\r\nk=v\r\n"), "S", "k", "v");
-    row("name runs to the last ]", B("[a]b] c\r\nk=v\r\n"), "a]b", "k", "v");
-    row("[ without ] is no header", B("[S]\r\n[T\r\nk=v\r\n"), "S", "k", "v");
-    row("[ without ] is no section", B("[S]\r\n[T\r\nk=v\r\n"), "T", "k", d);
-    row("[ line with = is a key", B("[S]\r\n[T=v\r\n"), "S", "[T", "v");
-    row("split at the first =", B("[S]\r\nk=a=b\r\n"), "S", "k", "a=b");
-    row("blanks trimmed", B("[S]\r\n \t k \t=\t v  v \t\r\n"), "S", "k", "v  v");
-    row("line without = is no key", B("[S]\r\nk\r\n"), "S", "k", d);
-    row("comment", B("[S]\r\n;k=v\r\n"), "S", ";k", d);
-    row("indented comment", B("[S]\r\n  ;k=v\r\n"), "S", ";k", d);
-    row("; inside a value", B("[S]\r\nk=v ;c\r\n"), "S", "k", "v ;c");
-    row("# is ordinary", B("[S]\r\n#k=v\r\n"), "S", "#k", "v");
-    row("first section wins", B("[S]\r\nk=1\r\n[T]\r\n[s]\r\nk=2\r\nj=3\r\n"), "S", "k", "1");
-    row("second section unseen", B("[S]\r\nk=1\r\n[s]\r\nj=3\r\n"), "S", "j", d);
-    row("first key wins", B("[S]\r\nk=1\r\nK=2\r\n"), "S", "k", "1");
-    row("keys before the first header", B("k=1\r\n[S]\r\n"), "S", "k", d);
-    row("keys under []", B("[]\r\nk=1\r\n[S]\r\n"), "S", "k", d);
-    row("quotes stripped", B("[S]\r\nd=\"val\"\r\n"), "S", "d", "val");
-    row("quoted blanks kept", B("[S]\r\nd=\" a b \"\r\n"), "S", "d", " a b ");
-    row("empty quotes", B("[S]\r\nd=\"\"\r\n"), "S", "d", "");
-    row("single quotes", B("[S]\r\nd='v'\r\n"), "S", "d", "v");
-    row("leading quote only", B("[S]\r\nd=\"val\r\n"), "S", "d", "\"val");
-    row("trailing quote only", B("[S]\r\nd=val\"\r\n"), "S", "d", "val\"");
-    row("mixed quotes", B("[S]\r\nd=\"val'\r\n"), "S", "d", "\"val'");
-    row("lone quote", B("[S]\r\nd=\"\r\n"), "S", "d", "\"");
-    row("empty value", B("[S]\r\nk=\r\n"), "S", "k", "");
-    row("blank value", B("[S]\r\nk=   \r\n"), "S", "k", "");
-    row("missing file", kMissing, "S", "k", d);
-    row("missing section", B("[S]\r\nk=v\r\n"), "T", "k", d);
-    row("missing key", B("[S]\r\nk=v\r\n"), "S", "j", d);
-    row("default loses trailing spaces", kMissing, "S", "k", "  one two", "  one two   ");
-    row("empty default", B("[S]\r\n"), "S", "k", "", "");
-    row("300 characters", "[S]\r\nk=" + QByteArray(300, 'a') + "\r\n", "S", "k", a254);
-    row("quoted 300 characters", "[S]\r\nk=\"" + QByteArray(300, 'a') + "\"\r\n", "S", "k", a254);
-    row("long default", kMissing, "S", "k", a254, QString(400, u'a'));
-    row("Windows-1252 bytes", B("[S]\r\nk=\xE9\x80\x81\r\n"), "S", "k", W(u"\u00E9\u20AC\u0081"));
-    row("Windows-1252 names", B("[\xC9t\xE9]\r\nk=v\r\n"), W(u"\u00C9t\u00E9"), "K", "v");
-    row("argument outside the code page", B("[?]\r\nk=v\r\n"), W(u"\u03A9"), "k", "v");
-    row("UTF-8 mark hides line 1", B("\xEF\xBB\xBF[S]\r\nk=v\r\n"), "S", "k", d);
-    row("UTF-8 mark, later lines", B("\xEF\xBB\xBF[S]\r\n[T]\r\nk=v\r\n"), "T", "k", "v");
-    row("UTF-16LE", utf16(W(u"[S]\r\nk=\u00E9\u20AC\u03A9\r\n")), "s", "K", W(u"\u00E9\u20AC?"));
-    row("UTF-16LE, LF ends", utf16(W(u"[S]\nk=1\nj=\"2\"\n")), "S", "j", "2");
-}
-
-void TestProfileEngine::read()
-{
-    QFETCH(QByteArray, file);
-    QFETCH(QString, section);
-    QFETCH(QString, key);
-    QFETCH(QString, def);
-    QFETCH(QString, expected);
-    if (file != kMissing)
-        writeBytes(file_, file);
-    QCOMPARE(readKey(file_, section, key, def), expected);
-}
-
-void TestProfileEngine::write_data()
-{
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QString>("section");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QByteArray>("after");
-
-    auto row = [](const char *name, const QByteArray &before, const QString &section,
-                  const QString &key, const QString &value, const QByteArray &after) {
-        QTest::newRow(name) << before << section << key << value << after;
-    };
-
-    row("new file", kMissing, "App", "key", "string", B("[App]\r\nkey=string\r\n"));
-    row("existing key", B("; c\r\n\r\n[S]\r\n  Key = old \r\nx = 1\r\n"), "S", "key", "new",
-        B("; c\r\n\r\n[S]\r\nKey=new\r\nx = 1\r\n"));
-    row("other line ends kept", B("[S]\nk=1\nj=2\r"), "S", "K", "3", B("[S]\nk=3\r\nj=2\r"));
-    row("key on the last line", B("[S]\r\nk=1"), "S", "k", "2", B("[S]\r\nk=2\r\n"));
-    row("new key before blank lines", B("[S]\r\na=1\r\n\r\n\r\n[T]\r\nb=2\r\n"), "S", "c", "3",
-        B("[S]\r\na=1\r\nc=3\r\n\r\n\r\n[T]\r\nb=2\r\n"));
-    row("new key before the next header", B("[S]\r\na=1\r\n[T]\r\n"), "S", "c", "3",
-        B("[S]\r\na=1\r\nc=3\r\n[T]\r\n"));
-    row("new key after the last key line", B("[S]\r\na=1\r\nnokey\r\n;note\r\n"), "S", "c", "3",
-        B("[S]\r\na=1\r\nc=3\r\nnokey\r\n;note\r\n"));
-    row("new key in an empty section", B("[S]\r\n\r\n[T]\r\n"), "S", "c", "3",
-        B("[S]\r\nc=3\r\n\r\n[T]\r\n"));
-    row("new key after a header without line end", B("[S]"), "S", "c", "3", B("[S]\r\nc=3\r\n"));
-    row("new key after a key without line end", B("[S]\r\na=1"), "S", "c", "3",
-        B("[S]\r\na=1\r\nc=3\r\n"));
-    row("first section written", B("[S]\r\na=1\r\n[T]\r\n[s]\r\nb=2\r\n"), "S", "b", "9",
-        B("[S]\r\na=1\r\nb=9\r\n[T]\r\n[s]\r\nb=2\r\n"));
-    row("first key written", B("[S]\r\nk=1\r\nK=2\r\n"), "S", "k", "9", B("[S]\r\nk=9\r\nK=2\r\n"));
-    row("key as spelled in the file", B("[S]\r\nMyKey=1\r\n"), "s", " mykey ", "2",
-        B("[S]\r\nMyKey=2\r\n"));
-    row("keys before the first header", B("a=1\r\n[S]\r\nb=2\r\n"), "S", "a", "3",
-        B("a=1\r\n[S]\r\nb=2\r\na=3\r\n"));
-    row("new section", B("[S]\r\na=1\r\n"), "T", "b", "2", B("[S]\r\na=1\r\n[T]\r\nb=2\r\n"));
-    row("new section, no final line end", B("[S]\r\na=1"), "T", "b", "2",
-        B("[S]\r\na=1\r\n[T]\r\nb=2\r\n"));
-    row("new section after blank lines", B("[S]\r\na=1\r\n\r\n"), "T", "b", "2",
-        B("[S]\r\na=1\r\n\r\n[T]\r\nb=2\r\n"));
-    row("new section after a CR", B("[S]\ra=1\r"), "T", "b", "2", B("[S]\ra=1\r[T]\r\nb=2\r\n"));
-    row("new section in an empty file", B(""), "T", "b", "2", B("[T]\r\nb=2\r\n"));
-    row("new section after NULs", B("Data \0 before \0 first \0 section"), "section1", "key1",
-        "string1", B("Data \0 before \0 first \0 section\r\n[section1]\r\nkey1=string1\r\n"));
-    row("names trimmed", kMissing, " New\t", "\tK ", "v", B("[New]\r\nK=v\r\n"));
-    row("empty value", B("[S]\r\nk=1\r\n"), "S", "k", "", B("[S]\r\nk=\r\n"));
-    row("quotes as given", B("[S]\r\nk=1\r\n"), "S", "k", "\"q\"", B("[S]\r\nk=\"q\"\r\n"));
-    row("blanks as given", B("[S]\r\nk=1\r\n"), "S", "k", " v ", B("[S]\r\nk= v \r\n"));
-    row("line break as given", kMissing, "S", "k", "a\r\nb", B("[S]\r\nk=a\r\nb\r\n"));
-    row("value adds a header", B("[S]\r\nk=1\r\nj=2\r\n"), "S", "k", "a\n[T]\rx=1",
-        B("[S]\r\nk=a\n[T]\rx=1\r\nj=2\r\n"));
-    row("high bytes kept", B("[S]\r\n;\x81\x8D\xFF\x00\r\nk=1\r\n"), "S", "k", "2",
-        B("[S]\r\n;\x81\x8D\xFF\x00\r\nk=2\r\n"));
-    row("value through the code page", kMissing, "S", "k", W(u"\u00E9\u20AC\u03A9\u0081"),
-        B("[S]\r\nk=\xE9\x80?\x81\r\n"));
-    row("value cut at a NUL", kMissing, "S", "k", QString::fromLatin1("a\0b", 3),
-        B("[S]\r\nk=a\r\n"));
-    row("UTF-8 mark hides line 1", B("\xEF\xBB\xBF[S]\r\nk=1\r\n"), "S", "k", "2",
-        B("\xEF\xBB\xBF[S]\r\nk=1\r\n[S]\r\nk=2\r\n"));
-    row("UTF-16LE key", utf16("[S]\r\nk=1\r\nj=2\r\n"), "S", "k", W(u"\u00E9\u03A9"),
-        utf16(W(u"[S]\r\nk=\u00E9?\r\nj=2\r\n")));
-    row("UTF-16LE section", utf16("[S]\nk=1"), "T", "j", "2", utf16("[S]\nk=1\r\n[T]\r\nj=2\r\n"));
-}
-
-void TestProfileEngine::write()
-{
-    QFETCH(QByteArray, before);
-    QFETCH(QString, section);
-    QFETCH(QString, key);
-    QFETCH(QString, value);
-    QFETCH(QByteArray, after);
-    if (before != kMissing)
-        writeBytes(file_, before);
-    QVERIFY(store::writePrivateProfileString(section, key, value, file_));
-    QCOMPARE(readBytes(file_), after);
-}
-
-void TestProfileEngine::unchangedValueKeepsTheFile_data()
-{
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("value");
-    QTest::newRow("plain") << B("[S]\r\nk=v\r\n") << QString("v");
-    QTest::newRow("spacing and LF") << B("[S]\n  K =  v  \n") << QString("v");
-    QTest::newRow("quotes") << B("[S]\r\nk=\"v\"\r\n") << QString("\"v\"");
-    QTest::newRow("same line") << B("[S]\r\nk= v \r\n") << QString(" v ");
-    QTest::newRow("bytes 0x80-0xff read back")
-        << B("[S]\r\nk=\x80\x81\x9D\xFF\r\n") << W(u"\u20AC\u0081\u009D\u00FF");
-}
-
-void TestProfileEngine::unchangedValueKeepsTheFile()
-{
-    QFETCH(QByteArray, file);
-    QFETCH(QString, value);
-    writeBytes(file_, file);
-    struct stat before = {};
-    QCOMPARE(::stat(QFile::encodeName(file_).constData(), &before), 0);
-    QVERIFY(store::writePrivateProfileString("S", "k", value, file_));
-    struct stat after = {};
-    QCOMPARE(::stat(QFile::encodeName(file_).constData(), &after), 0);
-    QCOMPARE(after.st_ino, before.st_ino); // not rewritten at all
-    QCOMPARE(after.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
-    QCOMPARE(readBytes(file_), file);
-}
-
-void TestProfileEngine::failedWritesAreSilent()
-{
-    QVERIFY(!store::writePrivateProfileString("S", "k", "v", dir_.filePath("none/Data.ini")));
-    QVERIFY(!QFileInfo::exists(dir_.filePath("none")));
-
-    writeBytes(file_, "[S]\r\n");
-    QVERIFY(!store::writePrivateProfileString("S", "k", "v", file_ + "/Data.ini"));
-    QVERIFY(!store::writePrivateProfileString("S", "k", "v", dir_.path()));
-    QCOMPARE(readKey(dir_.path(), "S", "k"), QString("<default>"));
-
-    if (::geteuid() == 0)
-        QSKIP("permissions do not bind the superuser");
-    const QString locked = dir_.filePath("locked");
-    QVERIFY(QDir().mkdir(locked));
-    writeBytes(locked + "/Data.ini", "[S]\r\nk=1\r\n");
-    QVERIFY(QFile::setPermissions(locked, QFile::ReadOwner | QFile::ExeOwner));
-    QVERIFY(!store::writePrivateProfileString("S", "k", "2", locked + "/Data.ini"));
-    QVERIFY(!store::writePrivateProfileString("S", "k", "2", locked + "/New.ini"));
-    QCOMPARE(readKey(locked + "/Data.ini", "S", "k"), QString("1"));
-    QVERIFY(QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-
-    writeBytes(file_, "[S]\r\nk=1\r\n");
-    QVERIFY(QFile::setPermissions(file_, QFile::ReadOwner));
-    QVERIFY(!store::writePrivateProfileString("S", "k", "2", file_));
-    QCOMPARE(readBytes(file_), QByteArray("[S]\r\nk=1\r\n"));
-}
-
-void TestProfileEngine::writeKeepsPermissionsAndLeavesNoTemporaryFile()
-{
-    writeBytes(file_, "[S]\r\nk=1\r\n");
-    QVERIFY(QFile::setPermissions(file_, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
-    QVERIFY(store::writePrivateProfileString("S", "k", "2", file_));
-    QVERIFY(store::writePrivateProfileString("T", "k", "3", file_));
-    struct stat st = {};
-    QCOMPARE(::stat(QFile::encodeName(file_).constData(), &st), 0);
-    QCOMPARE(st.st_mode & 07777, mode_t(0640));
-    const QStringList names =
-        QDir(dir_.path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
-    QCOMPARE(names, QStringList{"Data.ini"});
-}
-
-void TestProfileEngine::readingEveryKeyParsesOnce()
-{
-    QByteArray content;
-    for (int s = 1; s <= 200; ++s) {
-        content += "[" + QByteArray::number(s) + "]\r\n";
-        for (const char *k : {"Date", "Time", "Memo", "Cat"})
-            content += QByteArray(k) + "=" + QByteArray::number(s * 7) + "\r\n";
-    }
-    writeBytes(file_, content);
-    const quint64 before = store::profilecache::parseCount();
-    for (int s = 1; s <= 200; ++s) {
-        for (const char *k : {"Date", "Time", "Memo", "Cat"})
-            QCOMPARE(readKey(file_, QString::number(s), k), QString::number(s * 7));
-    }
-    QCOMPARE(store::profilecache::parseCount(), before + 1);
-
-    // Our own writes update the parsed copy instead of parsing the file again.
-    QVERIFY(store::writePrivateProfileString("7", "Memo", "changed", file_));
-    QVERIFY(store::writePrivateProfileString("7", "New", "added", file_));
-    QVERIFY(store::writePrivateProfileString("201", "Date", "appended", file_));
-    QCOMPARE(readKey(file_, "7", "Memo"), QString("changed"));
-    QCOMPARE(readKey(file_, "7", "new"), QString("added"));
-    QCOMPARE(readKey(file_, "201", "Date"), QString("appended"));
-    QCOMPARE(readKey(file_, "8", "Cat"), QString::number(56));
-    QCOMPARE(store::profilecache::parseCount(), before + 1);
-}
-
-void TestProfileEngine::fileChangedBehindTheEngineIsReread()
-{
-    writeBytes(file_, "[S]\r\nk=1\r\n");
-    QCOMPARE(readKey(file_, "S", "k"), QString("1"));
-
-    // Same size, same inode, and a modification time set back to the one cached.
-    struct stat st = {};
-    QCOMPARE(::stat(QFile::encodeName(file_).constData(), &st), 0);
+    // Windows-1252 both ways; its five undefined bytes pass through as C1 controls.
+    void ansi_data()
     {
-        QFile f(file_);
-        QVERIFY(f.open(QIODevice::ReadWrite));
-        f.seek(7);
-        f.write("2");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("0x80-0x9f") << W(u"\u20AC\u201A\u0178\u017E") << B("\x80\x82\x9F\x9E");
+        QTest::newRow("undefined bytes")
+            << W(u"\u0081\u008D\u008F\u0090\u009D") << B("\x81\x8D\x8F\x90\x9D");
     }
-    const long nsec = st.st_mtim.tv_nsec == 999999999 ? 0 : st.st_mtim.tv_nsec + 1;
-    const timespec times[2] = {st.st_atim, {st.st_mtim.tv_sec, nsec}};
-    QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(file_).constData(), times, 0), 0);
-    QCOMPARE(readKey(file_, "S", "k"), QString("2"));
+    void ansi()
+    {
+        QFETCH(QString, text);
+        QFETCH(QByteArray, bytes);
+        QCOMPARE(rt::toAnsi(text), bytes);
+        QCOMPARE(rt::fromAnsi(bytes), text);
 
-    // Replaced by another file, then removed.
-    writeBytes(file_ + ".new", "[S]\r\nk=3\r\n");
-    QVERIFY(::rename(QFile::encodeName(file_ + ".new").constData(),
-                     QFile::encodeName(file_).constData()) == 0);
-    QCOMPARE(readKey(file_, "S", "k"), QString("3"));
-    QVERIFY(QFile::remove(file_));
-    QCOMPARE(readKey(file_, "S", "k"), QString("<default>"));
+        QCOMPARE(rt::toAnsi(W(u"a\u03A9\u0080\U0001F600b")), B("a???b"));
+        QByteArray all(256, '\0');
+        for (int i = 0; i < 256; ++i)
+            all[i] = char(i);
+        QCOMPARE(rt::toAnsi(rt::fromAnsi(all)), all);
+    }
 
-    // A write after a change behind our back edits the file as it is now.
-    writeBytes(file_, "[S]\r\nk=4\r\n");
-    QCOMPARE(readKey(file_, "S", "k"), QString("4"));
-    writeBytes(file_, "[T]\r\nk=5\r\n");
-    QVERIFY(store::writePrivateProfileString("S", "k", "6", file_));
-    QCOMPARE(readBytes(file_), QByteArray("[T]\r\nk=5\r\n[S]\r\nk=6\r\n"));
-}
+    void read_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QString>("section");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("def");
+        QTest::addColumn<QString>("expected");
 
-void TestProfileEngine::changeByAnotherProcessIsSeen_data()
-{
-    QTest::addColumn<bool>("notified");
-    QTest::addColumn<QString>("setup");
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<QString>("expected");
+        const QString d("<default>");
+        const QString a254(254, u'a');
+        auto row = [&](const char *name, const QByteArray &file, const QString &section,
+                       const QString &key, const QString &expected, const QString &def = {}) {
+            QTest::newRow(name) << file << section << key << (def.isNull() ? d : def) << expected;
+        };
 
-    const QString plain("mkdir -p \"$D\" \"$O\" && printf '[S]\\r\\nk=0\\r\\n' > \"$F\"");
-    const QString two("printf '[S]\\r\\nk=2\\r\\n' > ");
-    struct Case {
-        const char *name;
-        QString setup;
-        QString change;
-        const char *expected;
-    };
-    const Case cases[] = {
-        {"rewritten in place", plain, two + "\"$F\" && printf 'j=1\\r\\n' >> \"$F\"", "2"},
-        {"renamed over, same size and time", plain,
-         two + "\"$D/new\" && touch -r \"$F\" \"$D/new\" && mv \"$D/new\" \"$F\"", "2"},
-        {"removed", plain, "rm \"$F\"", "<default>"},
-        {"folder removed", plain, "rm -r \"$D\"", "<default>"},
-        {"folder replaced", plain, "mv \"$D\" \"$P/old\" && mkdir \"$D\" && " + two + "\"$F\"",
-         "2"},
-        {"folder above replaced", plain,
-         "mv \"$P\" \"$P.old\" && mkdir -p \"$D\" && " + two + "\"$F\"", "2"},
-        {"written through another name", plain,
-         "ln \"$F\" \"$O/link\" && printf '[S]\\r\\nk=22\\r\\n' > \"$O/link\"", "22"},
-        {"file is a link, its target moved away",
-         "mkdir -p \"$D\" \"$O\" && printf '[S]\\r\\nk=0\\r\\n' > \"$O/t\" && ln -s \"$O/t\" "
-         "\"$F\"",
-         "mv \"$O/t\" \"$O/moved\"", "<default>"},
-        {"folder is a link",
-         "mkdir -p \"$P\" \"$O\" && ln -s \"$O\" \"$D\" && "
-         "printf '[S]\\r\\nk=0\\r\\n' > \"$F\"",
-         "mkdir \"$P/o2\" && " + two + "\"$P/o2/Data.ini\" && ln -sfn \"$P/o2\" \"$D\"", "2"},
-    };
-    for (const bool notified : {true, false}) {
-        for (const Case &c : cases) {
-            QTest::addRow("%s, %s", c.name, notified ? "notified" : "stat per call")
-                << notified << c.setup << c.change << QString(c.expected);
+        row("plain", B("[S]\r\nk=v\r\n"), "S", "k", "v");
+        row("names ignore case", B("[Sec]\r\nKey=v\r\n"), "sEC", "kEY", "v");
+        row("blanks around arguments", B("[S]\r\nk=v\r\n"), " \tS ", "  k\t", "v");
+        row("LF line ends", B("[S]\nk=v\nj=w\n"), "S", "j", "w");
+        row("CR line ends", B("[S]\rk=v\rj=w\r"), "S", "j", "w");
+        row("mixed line ends", B("[S]\r\nk=v\rj=w\nz=x"), "S", "z", "x");
+        row("no final line end", B("[S]\r\nk=v"), "S", "k", "v");
+        row("NUL ends the value", B("[S]\r\nk=ab\0cd\r\n"), "S", "k", "ab");
+        row("NUL before the =", B("[S]\r\nk\0=v\r\n"), "S", "k", d);
+        row("NUL only ends its line", B("[S]\r\nx=1\0\r\nk=v\r\n"), "S", "k", "v");
+        row("5000-character line", "[S]\r\nx=" + QByteArray(5000, 'x') + "\r\nk=v\r\n", "S", "k",
+            "v");
+        row("header blanks trimmed", B("  [ S ]  \r\nk=v\r\n"), "S", "k", "v");
+        row("text after ] ignored", B("[S] junk\r\nk=v\r\n"), "S", "k", "v");
+        row("name runs to the last ]", B("[a]b] c\r\nk=v\r\n"), "a]b", "k", "v");
+        row("[ without ] is no header", B("[S]\r\n[T\r\nk=v\r\n"), "S", "k", "v");
+        row("[ without ] is no section", B("[S]\r\n[T\r\nk=v\r\n"), "T", "k", d);
+        row("[ line with = is a key", B("[S]\r\n[T=v\r\n"), "S", "[T", "v");
+        row("split at the first =", B("[S]\r\nk=a=b\r\n"), "S", "k", "a=b");
+        row("blanks trimmed", B("[S]\r\n \t k \t=\t v  v \t\r\n"), "S", "k", "v  v");
+        row("line without = is no key", B("[S]\r\nk\r\n"), "S", "k", d);
+        row("comment", B("[S]\r\n;k=v\r\n"), "S", ";k", d);
+        row("indented comment", B("[S]\r\n  ;k=v\r\n"), "S", ";k", d);
+        row("; inside a value", B("[S]\r\nk=v ;c\r\n"), "S", "k", "v ;c");
+        row("# is ordinary", B("[S]\r\n#k=v\r\n"), "S", "#k", "v");
+        row("first section wins", B("[S]\r\nk=1\r\n[T]\r\n[s]\r\nk=2\r\nj=3\r\n"), "S", "k", "1");
+        row("second section unseen", B("[S]\r\nk=1\r\n[s]\r\nj=3\r\n"), "S", "j", d);
+        row("first key wins", B("[S]\r\nk=1\r\nK=2\r\n"), "S", "k", "1");
+        row("keys before the first header", B("k=1\r\n[S]\r\n"), "S", "k", d);
+        row("keys under []", B("[]\r\nk=1\r\n[S]\r\n"), "S", "k", d);
+        row("quotes stripped", B("[S]\r\nd=\"val\"\r\n"), "S", "d", "val");
+        row("quoted blanks kept", B("[S]\r\nd=\" a b \"\r\n"), "S", "d", " a b ");
+        row("empty quotes", B("[S]\r\nd=\"\"\r\n"), "S", "d", "");
+        row("single quotes", B("[S]\r\nd='v'\r\n"), "S", "d", "v");
+        row("leading quote only", B("[S]\r\nd=\"val\r\n"), "S", "d", "\"val");
+        row("trailing quote only", B("[S]\r\nd=val\"\r\n"), "S", "d", "val\"");
+        row("mixed quotes", B("[S]\r\nd=\"val'\r\n"), "S", "d", "\"val'");
+        row("lone quote", B("[S]\r\nd=\"\r\n"), "S", "d", "\"");
+        row("empty value", B("[S]\r\nk=\r\n"), "S", "k", "");
+        row("blank value", B("[S]\r\nk=   \r\n"), "S", "k", "");
+        row("missing file", kMissing, "S", "k", d);
+        row("missing section", B("[S]\r\nk=v\r\n"), "T", "k", d);
+        row("missing key", B("[S]\r\nk=v\r\n"), "S", "j", d);
+        row("default loses trailing spaces", kMissing, "S", "k", "  one two", "  one two   ");
+        row("empty default", B("[S]\r\n"), "S", "k", "", "");
+        row("300 characters", "[S]\r\nk=" + QByteArray(300, 'a') + "\r\n", "S", "k", a254);
+        row("quoted 300 characters", "[S]\r\nk=\"" + QByteArray(300, 'a') + "\"\r\n", "S", "k",
+            a254);
+        row("long default", kMissing, "S", "k", a254, QString(400, u'a'));
+        row("Windows-1252 bytes", B("[S]\r\nk=\xE9\x80\x81\r\n"), "S", "k",
+            W(u"\u00E9\u20AC\u0081"));
+        row("Windows-1252 names", B("[\xC9t\xE9]\r\nk=v\r\n"), W(u"\u00C9t\u00E9"), "K", "v");
+        row("argument outside the code page", B("[?]\r\nk=v\r\n"), W(u"\u03A9"), "k", "v");
+        row("UTF-8 mark hides line 1", B("\xEF\xBB\xBF[S]\r\nk=v\r\n"), "S", "k", d);
+        row("UTF-8 mark, later lines", B("\xEF\xBB\xBF[S]\r\n[T]\r\nk=v\r\n"), "T", "k", "v");
+        row("UTF-16LE", utf16(W(u"[S]\r\nk=\u00E9\u20AC\u03A9\r\n")), "s", "K",
+            W(u"\u00E9\u20AC?"));
+        row("UTF-16LE, LF ends", utf16(W(u"[S]\nk=1\nj=\"2\"\n")), "S", "j", "2");
+    }
+
+    void read()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QString, section);
+        QFETCH(QString, key);
+        QFETCH(QString, def);
+        if (file != kMissing)
+            writeBytes(file_, file);
+        QTEST(readKey(file_, section, key, def), "expected");
+    }
+
+    void write_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QString>("section");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QByteArray>("after");
+
+        auto row = [](const char *name, const QByteArray &before, const QString &section,
+                      const QString &key, const QString &value, const QByteArray &after) {
+            QTest::newRow(name) << before << section << key << value << after;
+        };
+
+        row("new file", kMissing, "App", "key", "string", B("[App]\r\nkey=string\r\n"));
+        row("existing key", B("; c\r\n\r\n[S]\r\n  Key = old \r\nx = 1\r\n"), "S", "key", "new",
+            B("; c\r\n\r\n[S]\r\nKey=new\r\nx = 1\r\n"));
+        row("other line ends kept", B("[S]\nk=1\nj=2\r"), "S", "K", "3", B("[S]\nk=3\r\nj=2\r"));
+        row("key on the last line", B("[S]\r\nk=1"), "S", "k", "2", B("[S]\r\nk=2\r\n"));
+        row("new key before blank lines", B("[S]\r\na=1\r\n\r\n\r\n[T]\r\nb=2\r\n"), "S", "c", "3",
+            B("[S]\r\na=1\r\nc=3\r\n\r\n\r\n[T]\r\nb=2\r\n"));
+        row("new key before the next header", B("[S]\r\na=1\r\n[T]\r\n"), "S", "c", "3",
+            B("[S]\r\na=1\r\nc=3\r\n[T]\r\n"));
+        row("new key after the last key line", B("[S]\r\na=1\r\nnokey\r\n;note\r\n"), "S", "c", "3",
+            B("[S]\r\na=1\r\nc=3\r\nnokey\r\n;note\r\n"));
+        row("new key in an empty section", B("[S]\r\n\r\n[T]\r\n"), "S", "c", "3",
+            B("[S]\r\nc=3\r\n\r\n[T]\r\n"));
+        row("new key after a header without line end", B("[S]"), "S", "c", "3",
+            B("[S]\r\nc=3\r\n"));
+        row("new key after a key without line end", B("[S]\r\na=1"), "S", "c", "3",
+            B("[S]\r\na=1\r\nc=3\r\n"));
+        row("first section written", B("[S]\r\na=1\r\n[T]\r\n[s]\r\nb=2\r\n"), "S", "b", "9",
+            B("[S]\r\na=1\r\nb=9\r\n[T]\r\n[s]\r\nb=2\r\n"));
+        row("first key written", B("[S]\r\nk=1\r\nK=2\r\n"), "S", "k", "9",
+            B("[S]\r\nk=9\r\nK=2\r\n"));
+        row("key as spelled in the file", B("[S]\r\nMyKey=1\r\n"), "s", " mykey ", "2",
+            B("[S]\r\nMyKey=2\r\n"));
+        row("keys before the first header", B("a=1\r\n[S]\r\nb=2\r\n"), "S", "a", "3",
+            B("a=1\r\n[S]\r\nb=2\r\na=3\r\n"));
+        row("new section", B("[S]\r\na=1\r\n"), "T", "b", "2", B("[S]\r\na=1\r\n[T]\r\nb=2\r\n"));
+        row("new section, no final line end", B("[S]\r\na=1"), "T", "b", "2",
+            B("[S]\r\na=1\r\n[T]\r\nb=2\r\n"));
+        row("new section after blank lines", B("[S]\r\na=1\r\n\r\n"), "T", "b", "2",
+            B("[S]\r\na=1\r\n\r\n[T]\r\nb=2\r\n"));
+        row("new section after a CR", B("[S]\ra=1\r"), "T", "b", "2",
+            B("[S]\ra=1\r[T]\r\nb=2\r\n"));
+        row("new section in an empty file", B(""), "T", "b", "2", B("[T]\r\nb=2\r\n"));
+        row("new section after NULs", B("Data \0 before \0 first \0 section"), "section1", "key1",
+            "string1", B("Data \0 before \0 first \0 section\r\n[section1]\r\nkey1=string1\r\n"));
+        row("names trimmed", kMissing, " New\t", "\tK ", "v", B("[New]\r\nK=v\r\n"));
+        row("empty value", B("[S]\r\nk=1\r\n"), "S", "k", "", B("[S]\r\nk=\r\n"));
+        row("quotes as given", B("[S]\r\nk=1\r\n"), "S", "k", "\"q\"", B("[S]\r\nk=\"q\"\r\n"));
+        row("blanks as given", B("[S]\r\nk=1\r\n"), "S", "k", " v ", B("[S]\r\nk= v \r\n"));
+        row("line break as given", kMissing, "S", "k", "a\r\nb", B("[S]\r\nk=a\r\nb\r\n"));
+        row("value adds a header", B("[S]\r\nk=1\r\nj=2\r\n"), "S", "k", "a\n[T]\rx=1",
+            B("[S]\r\nk=a\n[T]\rx=1\r\nj=2\r\n"));
+        row("high bytes kept", B("[S]\r\n;\x81\x8D\xFF\x00\r\nk=1\r\n"), "S", "k", "2",
+            B("[S]\r\n;\x81\x8D\xFF\x00\r\nk=2\r\n"));
+        row("value through the code page", kMissing, "S", "k", W(u"\u00E9\u20AC\u03A9\u0081"),
+            B("[S]\r\nk=\xE9\x80?\x81\r\n"));
+        row("value cut at a NUL", kMissing, "S", "k", QString::fromLatin1("a\0b", 3),
+            B("[S]\r\nk=a\r\n"));
+        row("UTF-8 mark hides line 1", B("\xEF\xBB\xBF[S]\r\nk=1\r\n"), "S", "k", "2",
+            B("\xEF\xBB\xBF[S]\r\nk=1\r\n[S]\r\nk=2\r\n"));
+        row("UTF-16LE key", utf16("[S]\r\nk=1\r\nj=2\r\n"), "S", "k", W(u"\u00E9\u03A9"),
+            utf16(W(u"[S]\r\nk=\u00E9?\r\nj=2\r\n")));
+        row("UTF-16LE section", utf16("[S]\nk=1"), "T", "j", "2",
+            utf16("[S]\nk=1\r\n[T]\r\nj=2\r\n"));
+    }
+
+    void write()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QString, section);
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        if (before != kMissing)
+            writeBytes(file_, before);
+        QVERIFY(store::writePrivateProfileString(section, key, value, file_));
+        QTEST(readBytes(file_), "after");
+    }
+
+    void unchangedValueKeepsTheFile_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("plain") << B("[S]\r\nk=v\r\n") << QString("v");
+        QTest::newRow("spacing and LF") << B("[S]\n  K =  v  \n") << QString("v");
+        QTest::newRow("quotes") << B("[S]\r\nk=\"v\"\r\n") << QString("\"v\"");
+        QTest::newRow("same line") << B("[S]\r\nk= v \r\n") << QString(" v ");
+        QTest::newRow("bytes 0x80-0xff read back")
+            << B("[S]\r\nk=\x80\x81\x9D\xFF\r\n") << W(u"\u20AC\u0081\u009D\u00FF");
+    }
+
+    void unchangedValueKeepsTheFile()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QString, value);
+        writeBytes(file_, file);
+        const struct stat before = statOf(file_);
+        QVERIFY(store::writePrivateProfileString("S", "k", value, file_));
+        const struct stat after = statOf(file_);
+        QCOMPARE(after.st_ino, before.st_ino); // not rewritten at all
+        QCOMPARE(after.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
+        QCOMPARE(readBytes(file_), file);
+    }
+
+    void failedWritesAreSilent()
+    {
+        QVERIFY(!store::writePrivateProfileString("S", "k", "v", dir_.filePath("none/Data.ini")));
+        QVERIFY(!QFileInfo::exists(dir_.filePath("none")));
+
+        writeBytes(file_, "[S]\r\n");
+        QVERIFY(!store::writePrivateProfileString("S", "k", "v", file_ + "/Data.ini"));
+        QVERIFY(!store::writePrivateProfileString("S", "k", "v", dir_.path()));
+        QCOMPARE(readKey(dir_.path(), "S", "k"), QString("<default>"));
+
+        if (::geteuid() == 0)
+            QSKIP("permissions do not bind the superuser");
+        const QString locked = dir_.filePath("locked");
+        QVERIFY(QDir().mkdir(locked));
+        writeBytes(locked + "/Data.ini", "[S]\r\nk=1\r\n");
+        QVERIFY(QFile::setPermissions(locked, QFile::ReadOwner | QFile::ExeOwner));
+        QVERIFY(!store::writePrivateProfileString("S", "k", "2", locked + "/Data.ini"));
+        QVERIFY(!store::writePrivateProfileString("S", "k", "2", locked + "/New.ini"));
+        QCOMPARE(readKey(locked + "/Data.ini", "S", "k"), QString("1"));
+        QVERIFY(
+            QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+
+        writeBytes(file_, "[S]\r\nk=1\r\n");
+        QVERIFY(QFile::setPermissions(file_, QFile::ReadOwner));
+        QVERIFY(!store::writePrivateProfileString("S", "k", "2", file_));
+        QCOMPARE(readBytes(file_), QByteArray("[S]\r\nk=1\r\n"));
+    }
+
+    void writeKeepsPermissionsAndLeavesNoTemporaryFile()
+    {
+        writeBytes(file_, "[S]\r\nk=1\r\n");
+        QVERIFY(
+            QFile::setPermissions(file_, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
+        QVERIFY(store::writePrivateProfileString("S", "k", "2", file_));
+        QVERIFY(store::writePrivateProfileString("T", "k", "3", file_));
+        QCOMPARE(statOf(file_).st_mode & 07777, mode_t(0640));
+        QCOMPARE(QDir(dir_.path()).entryList(QDir::Files | QDir::Hidden | QDir::System),
+                 QStringList{"Data.ini"});
+    }
+
+    void readingEveryKeyParsesOnce()
+    {
+        QByteArray content;
+        for (int s = 1; s <= 200; ++s) {
+            content += "[" + QByteArray::number(s) + "]\r\n";
+            for (const char *k : {"Date", "Time", "Memo", "Cat"})
+                content += QByteArray(k) + "=" + QByteArray::number(s * 7) + "\r\n";
+        }
+        writeBytes(file_, content);
+        const quint64 before = store::profilecache::parseCount();
+        for (int s = 1; s <= 200; ++s) {
+            for (const char *k : {"Date", "Time", "Memo", "Cat"})
+                QCOMPARE(readKey(file_, QString::number(s), k), QString::number(s * 7));
+        }
+        QCOMPARE(store::profilecache::parseCount(), before + 1);
+
+        // Our own writes update the parsed copy instead of parsing the file again.
+        QVERIFY(store::writePrivateProfileString("7", "Memo", "changed", file_));
+        QVERIFY(store::writePrivateProfileString("7", "New", "added", file_));
+        QVERIFY(store::writePrivateProfileString("201", "Date", "appended", file_));
+        QCOMPARE(readKey(file_, "7", "Memo"), QString("changed"));
+        QCOMPARE(readKey(file_, "7", "new"), QString("added"));
+        QCOMPARE(readKey(file_, "201", "Date"), QString("appended"));
+        QCOMPARE(readKey(file_, "8", "Cat"), QString::number(56));
+        QCOMPARE(store::profilecache::parseCount(), before + 1);
+    }
+
+    // Same size, same inode, and a modification time a nanosecond on; then a write edits
+    // the file as it is now, not the copy parsed before.
+    void fileChangedInPlaceIsReread()
+    {
+        writeBytes(file_, "[S]\r\nk=1\r\n");
+        QCOMPARE(readKey(file_, "S", "k"), QString("1"));
+        const struct stat st = statOf(file_);
+        {
+            QFile f(file_);
+            QVERIFY(f.open(QIODevice::ReadWrite));
+            f.seek(7);
+            f.write("2");
+        }
+        const long nsec = st.st_mtim.tv_nsec == 999999999 ? 0 : st.st_mtim.tv_nsec + 1;
+        const timespec times[2] = {st.st_atim, {st.st_mtim.tv_sec, nsec}};
+        QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(file_).constData(), times, 0), 0);
+        QCOMPARE(readKey(file_, "S", "k"), QString("2"));
+
+        writeBytes(file_, "[T]\r\nk=5\r\n");
+        QVERIFY(store::writePrivateProfileString("S", "k", "6", file_));
+        QCOMPARE(readBytes(file_), QByteArray("[T]\r\nk=5\r\n[S]\r\nk=6\r\n"));
+    }
+
+    void changeByAnotherProcessIsSeen_data()
+    {
+        QTest::addColumn<bool>("notified");
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QString>("expected");
+
+        const QString plain("mkdir -p \"$D\" \"$O\" && printf '[S]\\r\\nk=0\\r\\n' > \"$F\"");
+        const QString two("printf '[S]\\r\\nk=2\\r\\n' > ");
+        struct Case {
+            const char *name;
+            QString setup;
+            QString change;
+            const char *expected;
+        };
+        const Case cases[] = {
+            {"rewritten in place", plain, two + "\"$F\" && printf 'j=1\\r\\n' >> \"$F\"", "2"},
+            {"renamed over, same size and time", plain,
+             two + "\"$D/new\" && touch -r \"$F\" \"$D/new\" && mv \"$D/new\" \"$F\"", "2"},
+            {"removed", plain, "rm \"$F\"", "<default>"},
+            {"folder removed", plain, "rm -r \"$D\"", "<default>"},
+            {"folder replaced", plain, "mv \"$D\" \"$P/old\" && mkdir \"$D\" && " + two + "\"$F\"",
+             "2"},
+            {"folder above replaced", plain,
+             "mv \"$P\" \"$P.old\" && mkdir -p \"$D\" && " + two + "\"$F\"", "2"},
+            {"written through another name", plain,
+             "ln \"$F\" \"$O/link\" && printf '[S]\\r\\nk=22\\r\\n' > \"$O/link\"", "22"},
+            {"file is a link, its target moved away",
+             "mkdir -p \"$D\" \"$O\" && printf '[S]\\r\\nk=0\\r\\n' > \"$O/t\" && ln -s \"$O/t\" "
+             "\"$F\"",
+             "mv \"$O/t\" \"$O/moved\"", "<default>"},
+            {"folder is a link",
+             "mkdir -p \"$P\" \"$O\" && ln -s \"$O\" \"$D\" && "
+             "printf '[S]\\r\\nk=0\\r\\n' > \"$F\"",
+             "mkdir \"$P/o2\" && " + two + "\"$P/o2/Data.ini\" && ln -sfn \"$P/o2\" \"$D\"", "2"},
+        };
+        for (const bool notified : {true, false}) {
+            for (const Case &c : cases) {
+                QTest::addRow("%s, %s", c.name, notified ? "notified" : "stat per call")
+                    << notified << c.setup << c.change << QString(c.expected);
+            }
         }
     }
-}
 
-// Another process changes the file between two reads; the second read sees the change,
-// whichever file was read in between. Then the file that is there now is watched: a file
-// put in its place and one moved away are seen too.
-void TestProfileEngine::changeByAnotherProcessIsSeen()
-{
-    QFETCH(bool, notified);
-    QFETCH(QString, setup);
-    QFETCH(QString, change);
-    QFETCH(QString, expected);
-    store::profilecache::setChangeNotification(notified);
+    // Another process changes the file between two reads; the second read sees the change,
+    // whichever file was read in between. Then the file that is there now is watched: a file
+    // put in its place and one moved away are seen too.
+    void changeByAnotherProcessIsSeen()
+    {
+        QFETCH(bool, notified);
+        QFETCH(QString, setup);
+        QFETCH(QString, change);
+        QFETCH(QString, expected);
+        store::profilecache::setChangeNotification(notified);
 
-    for (const char *old : {"p", "p.old", "o", "q"})
-        QDir(dir_.filePath(old)).removeRecursively();
-    const QString file = dir_.filePath("p/d/Data.ini");
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("P", dir_.filePath("p"));
-    env.insert("D", dir_.filePath("p/d"));
-    env.insert("F", file);
-    env.insert("O", dir_.filePath("o"));
-    auto run = [&env](const QString &script) { return runShell(script, env); };
-    QCOMPARE(run(setup), QString());
-    QVERIFY(QDir(dir_.path()).mkdir("q"));
-    const QString other = dir_.filePath("q/Other.ini");
-    writeBytes(other, "[S]\r\nk=other\r\n");
+        QTemporaryDir dir;
+        const QString file = dir.filePath("p/d/Data.ini");
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("P", dir.filePath("p"));
+        env.insert("D", dir.filePath("p/d"));
+        env.insert("F", file);
+        env.insert("O", dir.filePath("o"));
+        // What went wrong in the script, if anything.
+        const auto run = [&env](const QString &script) {
+            QProcess sh;
+            sh.setProcessEnvironment(env);
+            sh.start("sh", {"-c", script});
+            if (!sh.waitForFinished() || sh.exitStatus() != QProcess::NormalExit ||
+                sh.exitCode() != 0)
+                return script + ": " + QString::fromLocal8Bit(sh.readAllStandardError());
+            return QString();
+        };
+        QCOMPARE(run(setup), QString());
+        const QString other = dir.filePath("Other.ini");
+        writeBytes(other, "[S]\r\nk=other\r\n");
 
-    QCOMPARE(readKey(file, "S", "k"), QString("0"));
-    QVERIFY(store::writePrivateProfileString("S", "k", "1", file));
-    QCOMPARE(readKey(other, "S", "k"), QString("other"));
-    QCOMPARE(readKey(file, "S", "k"), QString("1"));
-    QCOMPARE(readKey(file, "S", "k"), QString("1"));
-    QCOMPARE(store::profilecache::changeNotificationActive(), notified);
+        QCOMPARE(readKey(file, "S", "k"), QString("0"));
+        QVERIFY(store::writePrivateProfileString("S", "k", "1", file));
+        QCOMPARE(readKey(other, "S", "k"), QString("other"));
+        QCOMPARE(readKey(file, "S", "k"), QString("1"));
+        QCOMPARE(readKey(file, "S", "k"), QString("1"));
+        QCOMPARE(store::profilecache::changeNotificationActive(), notified);
 
-    QCOMPARE(run(change), QString());
-    QCOMPARE(readKey(file, "S", "k"), expected);
-    QCOMPARE(readKey(other, "S", "k"), QString("other"));
+        QCOMPARE(run(change), QString());
+        QCOMPARE(readKey(file, "S", "k"), expected);
+        QCOMPARE(readKey(other, "S", "k"), QString("other"));
 
-    QCOMPARE(
-        run("mkdir -p \"$D\" && printf '[S]\\r\\nk=3\\r\\n' > \"$F.new\" && mv \"$F.new\" \"$F\""),
-        QString());
-    QCOMPARE(readKey(file, "S", "k"), QString("3"));
-    QCOMPARE(run("mv \"$F\" \"$O/gone\""), QString());
-    QCOMPARE(readKey(file, "S", "k"), QString("<default>"));
-}
-
-void TestProfileEngine::relativePathFollowsTheWorkingFolder()
-{
-    const QString before = QDir::currentPath();
-    for (const char *name : {"a", "b"}) {
-        QVERIFY(QDir(dir_.path()).mkpath(name));
-        writeBytes(dir_.filePath(name) + "/Data.ini", "[S]\r\nk=" + QByteArray(name) + "\r\n");
+        QCOMPARE(run("mkdir -p \"$D\" && printf '[S]\\r\\nk=3\\r\\n' > \"$F.new\" && mv \"$F.new\" "
+                     "\"$F\""),
+                 QString());
+        QCOMPARE(readKey(file, "S", "k"), QString("3"));
+        QCOMPARE(run("mv \"$F\" \"$O/gone\""), QString());
+        QCOMPARE(readKey(file, "S", "k"), QString("<default>"));
     }
-    QVERIFY(QDir::setCurrent(dir_.filePath("a")));
-    const QString a = readKey("Data.ini", "S", "k");
-    QVERIFY(QDir::setCurrent(dir_.filePath("b")));
-    const QString b = readKey("Data.ini", "S", "k");
-    QVERIFY(QDir::setCurrent(before));
-    QCOMPARE(a, QString("a"));
-    QCOMPARE(b, QString("b"));
-}
 
-// Reports of changes go to the parent's thread, not to a forked child's.
-void TestProfileEngine::forkedChildSeesChanges()
-{
-    writeBytes(file_, "[S]\r\nk=1\r\n");
-    QCOMPARE(readKey(file_, "S", "k"), QString("1"));
-    const QByteArray path = QFile::encodeName(file_);
-    const QByteArray next = path + ".next";
-
-    const pid_t child = ::fork();
-    QVERIFY(child >= 0);
-    if (child == 0) {
-        const char bytes[] = "[S]\r\nk=2\r\n";
-        const int fd = ::open(next.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        const bool written = fd >= 0 && ::write(fd, bytes, sizeof bytes - 1) == sizeof bytes - 1 &&
-                             ::close(fd) == 0 && ::rename(next.constData(), path.constData()) == 0;
-        ::_exit(written && readKey(file_, "S", "k") == QLatin1String("2") ? 0 : 1);
-    }
-    int status = 0;
-    QCOMPARE(::waitpid(child, &status, 0), child);
-    QVERIFY(WIFEXITED(status));
-    QCOMPARE(WEXITSTATUS(status), 0);
-    QCOMPARE(readKey(file_, "S", "k"), QString("2"));
-}
-
-// Random writes, odd ones included, must leave the cached copy as a fresh parse of the file
-// would be: the same bytes from the next write and the same reads.
-void TestProfileEngine::cachedCopyMatchesAFreshParse()
-{
-    const QByteArray start = B("x=0\r\n[A]\r\na=1\r\n\r\n[b]\nB=2\n;c=3\r\n[A]\r\nc=4");
-    writeBytes(file_, start);
-    QByteArray expected = start;
-    const QStringList sections{"A", "b", "C", "[d]", ""};
-    const QStringList keys{"a", "B", "c", "x", "[k]", ";c", "k=v", "d"};
-    const QStringList values{"1", "", "\"q\"", "v\r\n[C]\r\nd=9", "w\nc=8", " s ", "e\r[b]"};
-    QRandomGenerator random(20260417);
-    for (int step = 0; step < 300; ++step) {
-        const QString &s = sections[random.bounded(int(sections.size()))];
-        const QString &k = keys[random.bounded(int(keys.size()))];
-        const QString &v = values[random.bounded(int(values.size()))];
-        QVERIFY(store::writePrivateProfileString(s, k, v, file_));
-
-        // The same write on a copy the engine has never seen.
-        const QString fresh = dir_.filePath(QStringLiteral("fresh%1.ini").arg(step));
-        writeBytes(fresh, expected);
-        QVERIFY(store::writePrivateProfileString(s, k, v, fresh));
-        expected = readBytes(fresh);
-        QCOMPARE(readBytes(file_), expected);
-
-        const QString parsed = dir_.filePath(QStringLiteral("parsed%1.ini").arg(step));
-        QVERIFY(QFile::rename(fresh, parsed));
-        for (const QString &rs : sections) {
-            for (const QString &rk : keys)
-                QCOMPARE(readKey(file_, rs, rk), readKey(parsed, rs, rk));
+    void relativePathFollowsTheWorkingFolder()
+    {
+        const QString before = QDir::currentPath();
+        for (const char *name : {"a", "b"}) {
+            QVERIFY(QDir(dir_.path()).mkpath(name));
+            writeBytes(dir_.filePath(name) + "/Data.ini", "[S]\r\nk=" + QByteArray(name) + "\r\n");
         }
-        QVERIFY(QFile::remove(parsed));
+        QVERIFY(QDir::setCurrent(dir_.filePath("a")));
+        const QString a = readKey("Data.ini", "S", "k");
+        QVERIFY(QDir::setCurrent(dir_.filePath("b")));
+        const QString b = readKey("Data.ini", "S", "k");
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(a, QString("a"));
+        QCOMPARE(b, QString("b"));
     }
-}
+
+    // Reports of changes go to the parent's thread, not to a forked child's.
+    void forkedChildSeesChanges()
+    {
+        writeBytes(file_, "[S]\r\nk=1\r\n");
+        QCOMPARE(readKey(file_, "S", "k"), QString("1"));
+        const QByteArray path = QFile::encodeName(file_);
+        const QByteArray next = path + ".next";
+
+        const pid_t child = ::fork();
+        QVERIFY(child >= 0);
+        if (child == 0) {
+            const char bytes[] = "[S]\r\nk=2\r\n";
+            const int fd = ::open(next.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+            const bool written =
+                fd >= 0 && ::write(fd, bytes, sizeof bytes - 1) == sizeof bytes - 1 &&
+                ::close(fd) == 0 && ::rename(next.constData(), path.constData()) == 0;
+            ::_exit(written && readKey(file_, "S", "k") == QLatin1String("2") ? 0 : 1);
+        }
+        int status = 0;
+        QCOMPARE(::waitpid(child, &status, 0), child);
+        QVERIFY(WIFEXITED(status));
+        QCOMPARE(WEXITSTATUS(status), 0);
+        QCOMPARE(readKey(file_, "S", "k"), QString("2"));
+    }
+
+    // Random writes, odd ones included, must leave the cached copy as a fresh parse of the file
+    // would be: the same bytes from the next write and the same reads.
+    void cachedCopyMatchesAFreshParse()
+    {
+        const QByteArray start = B("x=0\r\n[A]\r\na=1\r\n\r\n[b]\nB=2\n;c=3\r\n[A]\r\nc=4");
+        writeBytes(file_, start);
+        QByteArray expected = start;
+        const QStringList sections{"A", "b", "C", "[d]", ""};
+        const QStringList keys{"a", "B", "c", "x", "[k]", ";c", "k=v", "d"};
+        const QStringList values{"1", "", "\"q\"", "v\r\n[C]\r\nd=9", "w\nc=8", " s ", "e\r[b]"};
+        QRandomGenerator random(20260417);
+        for (int step = 0; step < 300; ++step) {
+            const QString &s = sections[random.bounded(int(sections.size()))];
+            const QString &k = keys[random.bounded(int(keys.size()))];
+            const QString &v = values[random.bounded(int(values.size()))];
+            QVERIFY(store::writePrivateProfileString(s, k, v, file_));
+
+            // The same write on a copy the engine has never seen.
+            const QString fresh = dir_.filePath(QStringLiteral("fresh%1.ini").arg(step));
+            writeBytes(fresh, expected);
+            QVERIFY(store::writePrivateProfileString(s, k, v, fresh));
+            expected = readBytes(fresh);
+            QCOMPARE(readBytes(file_), expected);
+
+            const QString parsed = dir_.filePath(QStringLiteral("parsed%1.ini").arg(step));
+            QVERIFY(QFile::rename(fresh, parsed));
+            for (const QString &rs : sections) {
+                for (const QString &rk : keys)
+                    QCOMPARE(readKey(file_, rs, rk), readKey(parsed, rs, rk));
+            }
+            QVERIFY(QFile::remove(parsed));
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(TestProfileEngine)
 #include "tst_profileengine.moc"

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "runtime/Locale.h"
+#include "runtime/ProgramFolder.h"
+#include "runtime/RuntimeError.h"
+#include "store/Files.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <initializer_list>
+
+inline QByteArray readBytes(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+inline void writeBytes(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QCOMPARE(f.write(bytes), bytes.size());
+}
+
+// Text with "\n" line ends as the CRLF bytes the store holds.
+inline QByteArray crlf(QByteArray text)
+{
+    return text.replace("\n", "\r\n");
+}
+
+// A program folder of its own and the en_US locale, for tests that read and write Data.ini.
+class TestFolder
+{
+public:
+    TestFolder()
+    {
+        rt::setProgramFolderForTest(dir.path());
+        rt::RtLocale::setForTest(QLocale("en_US"));
+    }
+    ~TestFolder() { rt::setProgramFolderForTest({}); }
+
+    // Data.ini as bytes, and set from text with "\n" line ends.
+    static QByteArray data() { return readBytes(files::dataIni()); }
+    static void setData(const QByteArray &text) { writeBytes(files::dataIni(), crlf(text)); }
+
+    // Copies files of the source tree's data folder next to the program.
+    bool copyIn(const QString &from, std::initializer_list<const char *> names) const
+    {
+        for (const char *name : names) {
+            if (!QFile::copy(QDir(from).filePath(name), dir.filePath(name)))
+                return false;
+        }
+        return true;
+    }
+
+    QTemporaryDir dir;
+};
+
+// The program's end, thrown instead of leaving the process.
+struct Ended {
+    int exitCode;
+};
+
+// Runs f; the exit code of the end it reached, or -1 where the program would go on.
+template <typename F> int exitCodeOf(F f)
+{
+    rt::setEndForTest([](int exitCode) { throw Ended{exitCode}; });
+    int exitCode = -1;
+    try {
+        f();
+    } catch (const Ended &ended) {
+        exitCode = ended.exitCode;
+    }
+    rt::setEndForTest({});
+    return exitCode;
+}
