@@ -129,6 +129,7 @@ void Form1::createControls()
     picture1_->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     picture1_->setAutoFillBackground(true);
     picture1_->setPalette(QPalette(Qt::white));
+    picture1_->installEventFilter(this);
 
     timer1_ = new QTimer(this);
     timer1_->setObjectName(QStringLiteral("Timer1"));
@@ -166,8 +167,10 @@ void Form1::createMenus()
     };
 
     QMenu *file = addMenu("file", QStringLiteral("&File"));
-    addItem(file, "printcal", QStringLiteral("Print Calendar..."))->setEnabled(false);
-    addItem(file, "print", QStringLiteral("Print..."))->setEnabled(false);
+    connect(addItem(file, "printcal", QStringLiteral("Print Calendar...")), &QAction::triggered,
+            this, &Form1::printCalendarRequested);
+    connect(addItem(file, "print", QStringLiteral("Print...")), &QAction::triggered, this,
+            &Form1::printRequested);
     connect(addItem(file, "exit", QStringLiteral("Exit")), &QAction::triggered, this,
             &Form1::exit_Click);
 
@@ -211,10 +214,12 @@ void Form1::createMenus()
     v1_.insert(1, v1Template);
 
     QMenu *help = addMenu("help", QStringLiteral("&Help"));
-    addItem(help, "contents", QStringLiteral("Contents"), QKeySequence(Qt::Key_F1))
-        ->setEnabled(false);
-    addItem(help, "index", QStringLiteral("Index"))->setEnabled(false);
-    addItem(help, "About", QStringLiteral("About"))->setEnabled(false);
+    connect(addItem(help, "contents", QStringLiteral("Contents"), QKeySequence(Qt::Key_F1)),
+            &QAction::triggered, this, &Form1::contentsRequested);
+    connect(addItem(help, "index", QStringLiteral("Index")), &QAction::triggered, this,
+            &Form1::indexRequested);
+    connect(addItem(help, "About", QStringLiteral("About")), &QAction::triggered, this,
+            &Form1::aboutRequested);
 
     rclick_ = new QMenu(QStringLiteral("rclick"), this);
     rclick_->setObjectName(QStringLiteral("rclick"));
@@ -622,10 +627,18 @@ void Form1::lblcat_Click(int index)
     emit customizeRequested(lblcat_.value(index)->text());
 }
 
+void Form1::Picture1_Click()
+{
+    if (picture1_->isVisible())
+        emit homepageRequested();
+}
+
 bool Form1::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::MouseButtonRelease &&
-        watched->objectName().startsWith(QLatin1String("lblcat_")))
+    if (event->type() == QEvent::MouseButtonRelease && watched == picture1_)
+        Picture1_Click();
+    else if (event->type() == QEvent::MouseButtonRelease &&
+             watched->objectName().startsWith(QLatin1String("lblcat_")))
         lblcat_Click(watched->property("index").toInt());
     return QMainWindow::eventFilter(watched, event);
 }

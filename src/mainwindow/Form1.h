@@ -61,6 +61,7 @@ public:
     void vScroll1_Change();
     void lblcat_Click(int index);
     void exit_Click();
+    void Picture1_Click(); // the homepage, only while the logo's box is shown
 
     // The Options menu and the password windows.
     void options_Click();
@@ -101,6 +102,13 @@ signals:
     // "Main Window" and "Exit" of the window's own tray menu.
     void mwindowRequested();
     void exitRequested();
+    // The File and Help menus, and a click on the logo.
+    void printRequested();
+    void printCalendarRequested();
+    void contentsRequested();
+    void indexRequested();
+    void aboutRequested();
+    void homepageRequested();
 
 protected:
     bool event(QEvent *event) override;
