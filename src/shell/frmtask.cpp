@@ -3,6 +3,7 @@
 #include "mainwindow/Form1.h"
 #include "shell/AppIcon.h"
 #include "shell/EventDialogs.h"
+#include "shell/ShellCommands.h"
 
 #include <QApplication>
 #include <QMenu>
@@ -41,6 +42,7 @@ void frmtask::Form_Load()
 
     form_ = new Form1;
     new EventDialogs(form_);
+    new ShellCommands(form_);
     form_->setWindowIcon(appIcon());
     // Without a tray, a minimised window must stay reachable from the task bar.
     form_->setHideWhenMinimised(QSystemTrayIcon::isSystemTrayAvailable());
