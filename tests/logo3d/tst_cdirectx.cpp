@@ -1,40 +1,26 @@
+#include "Fixtures.h"
 #include "logo3d/cdirectx.h"
 #include "mainwindow/Form1.h"
 #include "runtime/MsgBox.h"
-#include "runtime/ProgramFolder.h"
-#include "runtime/RuntimeError.h"
 
-#include <QFile>
 #include <QLabel>
 #include <QOpenGLContext>
 #include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
 namespace
 {
-
-struct Ended {
-};
 
 class FakeDirect3D : public Direct3D
 {
 public:
     QList<D3DDISPLAYMODE> modes;
     D3DDISPLAYMODE current{1280, 800, 60, d3d::D3DFMT_X8R8G8B8};
-    bool hal = true;
-    std::uint32_t devCaps = 0;
 
     int GetAdapterModeCount() const override { return int(modes.size()); }
     D3DDISPLAYMODE EnumAdapterModes(int mode) const override { return modes.at(mode); }
     D3DDISPLAYMODE GetAdapterDisplayMode() const override { return current; }
-    bool GetDeviceCaps(D3DCAPS &caps) const override
-    {
-        if (hal)
-            caps.DevCaps = devCaps;
-        return hal;
-    }
+    bool GetDeviceCaps(D3DCAPS &) const override { return true; }
 };
 
 // "800x600@22 640x480@23": width, height and format of each mode, in the adapter's order.
@@ -48,11 +34,6 @@ QList<D3DDISPLAYMODE> modesOf(const QString &text)
     return modes;
 }
 
-bool openGLAvailable()
-{
-    return QOpenGLContext().create();
-}
-
 } // namespace
 
 class TstCdirectx : public QObject
@@ -60,12 +41,6 @@ class TstCdirectx : public QObject
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        rt::setEndForTest([](int) { throw Ended{}; });
-    }
-    void cleanup() { rt::setEndForTest({}); }
-
     void fullScreenModeSearch_data()
     {
         QTest::addColumn<QString>("modes");
@@ -94,13 +69,7 @@ private slots:
         cdirectx dx(std::move(adapter));
         rt::MsgBoxRecorder boxes;
 
-        bool ended = false;
-        try {
-            dx.intialise(nullptr, false, true);
-        } catch (const Ended &) {
-            ended = true;
-        }
-
+        const bool ended = exitCodeOf([&] { dx.intialise(nullptr, false, true); }) >= 0;
         QCOMPARE(ended, size.isEmpty());
         if (ended) {
             QCOMPARE(boxes.calls.size(), 1);
@@ -117,50 +86,19 @@ private slots:
         QCOMPARE(dx.presentParameters().BackBufferWidth, size.width());
     }
 
-    void deviceFromCapabilities_data()
-    {
-        QTest::addColumn<bool>("hal");
-        QTest::addColumn<uint>("devCaps");
-        QTest::addColumn<int>("deviceType");
-        QTest::addColumn<int>("behaviour");
-
-        QTest::newRow("no hardware device: reference rasteriser") << false << 0x10000u << 2 << 32;
-        QTest::newRow("hardware transform and light") << true << 0x10000u << 1 << 64;
-        QTest::newRow("hardware without it") << true << 0x2FFFFu << 1 << 32;
-    }
-    void deviceFromCapabilities()
-    {
-        QFETCH(bool, hal);
-        QFETCH(uint, devCaps);
-        auto adapter = std::make_unique<FakeDirect3D>();
-        adapter->modes = modesOf(QStringLiteral("800x600@22"));
-        adapter->hal = hal;
-        adapter->devCaps = devCaps;
-        cdirectx dx(std::move(adapter));
-        dx.intialise(nullptr, false, true);
-        QTEST(dx.deviceType(), "deviceType");
-        QTEST(dx.behaviourFlags(), "behaviour");
-    }
-
     void mainWindowWithoutOpenGL()
     {
-        if (openGLAvailable())
+        if (QOpenGLContext().create())
             QSKIP("this platform has OpenGL");
-        QTemporaryDir folder;
-        rt::setProgramFolderForTest(folder.path());
-        for (const char *name : {"logo.x", "mdata.ini"})
-            QVERIFY(QFile::copy(QStringLiteral(ORVA_DATA_DIR "/") + QLatin1String(name),
-                                folder.filePath(QLatin1String(name))));
-        {
-            Form1 form;
-            form.Form_Load();
-            form.show();
-            QTest::qWait(150);
-            form.resetLogo();
-            QVERIFY(form.findChild<QTimer *>(QStringLiteral("Timer2"))->isActive());
-            QVERIFY(form.findChild<QLabel *>(QStringLiteral("Picture1"))->pixmap().isNull());
-        }
-        rt::setProgramFolderForTest({});
+        TestFolder folder;
+        QVERIFY(folder.copyIn(ORVA_DATA_DIR, {"logo.x", "mdata.ini"}));
+        Form1 form;
+        form.Form_Load();
+        form.show();
+        QTest::qWait(150);
+        form.resetLogo();
+        QVERIFY(form.findChild<QTimer *>(QStringLiteral("Timer2"))->isActive());
+        QVERIFY(form.findChild<QLabel *>(QStringLiteral("Picture1"))->pixmap().isNull());
     }
 };
 

@@ -1,9 +1,6 @@
+#include "Fixtures.h"
 #include "logo3d/cMesh.h"
-#include "runtime/Locale.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QVector3D>
 
 namespace
@@ -44,15 +41,6 @@ class TstCmesh : public QObject
 
     QTemporaryDir dir;
 
-    QString write(const QString &name, const QByteArray &bytes)
-    {
-        QFile file(dir.filePath(name));
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            qFatal("cannot write %s", qPrintable(file.fileName()));
-        file.write(bytes);
-        return file.fileName();
-    }
-
 private slots:
     void initTestCase() { rt::RtLocale::setForTest(QLocale(QStringLiteral("en_US"))); }
 
@@ -84,8 +72,10 @@ private slots:
         QFETCH(QVector3D, pointAfter);
         QFETCH(QVector3D, probe);
         QFETCH(QVector3D, probeAfter);
+        const QString path = dir.filePath("known.x");
+        writeBytes(path, file);
         cMesh mesh;
-        QVERIFY(mesh.ReadXFile(write(QStringLiteral("known.x"), file)));
+        QVERIFY(mesh.ReadXFile(path));
         const int reference = mesh.referenceVertex();
         const int probed = vertexAt(mesh, probe);
         QVERIFY(probed >= 0);
@@ -117,13 +107,10 @@ private slots:
         QFETCH(QByteArray, file);
         QFETCH(QVector3D, values);
         QTemporaryDir first;
-        QFile seed(first.filePath(QStringLiteral("mdata.ini")));
-        QVERIFY(seed.open(QIODevice::WriteOnly));
-        seed.write("[DATA]\r\nX=7\r\nY=7\r\nZ=7\r\n");
-        seed.close();
-        QFile::remove(dir.filePath(QStringLiteral("mdata.ini")));
+        writeBytes(first.filePath("mdata.ini"), "[DATA]\r\nX=7\r\nY=7\r\nZ=7\r\n");
+        QFile::remove(dir.filePath("mdata.ini"));
         if (!file.isEmpty())
-            write(QStringLiteral("mdata.ini"), file);
+            writeBytes(dir.filePath("mdata.ini"), file);
 
         cMesh mesh;
         mesh.ReadMData(first.path() + QLatin1Char('/'));
@@ -147,7 +134,7 @@ private slots:
         const QString path = dir.filePath(QStringLiteral("broken.x"));
         QFile::remove(path);
         if (!file.isEmpty())
-            write(QStringLiteral("broken.x"), file);
+            writeBytes(path, file);
         cMesh mesh;
         cdirectx noDevice;
         QVERIFY(!mesh.ReadXFile(path));

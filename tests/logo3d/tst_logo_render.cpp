@@ -1,18 +1,13 @@
+#include "Fixtures.h"
 #include "logo3d/cMesh.h"
 #include "logo3d/cdirectx.h"
 #include "mainwindow/Form1.h"
-#include "runtime/ProgramFolder.h"
 
-#include <QFile>
 #include <QLabel>
 #include <QOpenGLContext>
-#include <QTemporaryDir>
-#include <QTest>
 
 namespace
 {
-
-const QString kLogo = QStringLiteral(ORVA_DATA_DIR "/logo.x");
 
 // Where the frame is not the white it was cleared to.
 QRect inkedArea(const QImage &image)
@@ -48,11 +43,8 @@ private slots:
 
     void windowTurnsTheLogoOnlyWhileShown()
     {
-        QTemporaryDir folder;
-        rt::setProgramFolderForTest(folder.path());
-        for (const char *name : {"logo.x", "mdata.ini"})
-            QVERIFY(QFile::copy(QStringLiteral(ORVA_DATA_DIR "/") + QLatin1String(name),
-                                folder.filePath(QLatin1String(name))));
+        TestFolder folder;
+        QVERIFY(folder.copyIn(ORVA_DATA_DIR, {"logo.x", "mdata.ini"}));
         Form1 form;
         form.Form_Load();
         form.show();
@@ -80,7 +72,6 @@ private slots:
         form.show();
         form.resetLogo();
         QTRY_VERIFY(picture->pixmap().cacheKey() != hidden);
-        rt::setProgramFolderForTest({});
     }
 
     void texturesAreDrawn()

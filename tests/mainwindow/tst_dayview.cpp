@@ -40,42 +40,37 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("windows path") << "&**C:\\Tools\\run.exe"
-                                      << "run.exe";
-        QTest::newRow("deep path") << "&**C:\\a\\b\\c\\d\\e.txt"
-                                   << "e.txt";
-        QTest::newRow("no backslash") << "&**notes"
-                                      << "**notes";
-        QTest::newRow("unix path") << "&**/usr/bin/x"
-                                   << "**/usr/bin/x";
-        QTest::newRow("empty") << ""
-                               << "";
+        const auto row = [](const char *name, const char *text, const char *expected) {
+            QTest::newRow(name) << QString(text) << QString(expected);
+        };
+        row("windows path", "&**C:\\Tools\\run.exe", "run.exe");
+        row("deep path", "&**C:\\a\\b\\c\\d\\e.txt", "e.txt");
+        row("no backslash", "&**notes", "**notes");
+        row("unix path", "&**/usr/bin/x", "**/usr/bin/x");
+        row("empty", "", "");
     }
     void fileNameOf()
     {
         QFETCH(QString, text);
-        QFETCH(QString, expected);
-        QCOMPARE(file_name_of(text), expected);
+        QTEST(file_name_of(text), "expected");
     }
 
     void captions_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("short memo") << "Lunch"
-                                    << "Lunch...";
-        QTest::newRow("long memo") << "Lunch with Ann and Bob"
-                                   << "Lunch with Ann ...";
-        QTest::newRow("empty") << ""
-                               << "...";
-        QTest::newRow("action") << "&**C:\\Program Files\\Long name tool.exe"
-                                << "Long name tool....";
+        const auto row = [](const char *name, const char *text, const char *expected) {
+            QTest::newRow(name) << QString(text) << QString(expected);
+        };
+        row("short memo", "Lunch", "Lunch...");
+        row("long memo", "Lunch with Ann and Bob", "Lunch with Ann ...");
+        row("empty", "", "...");
+        row("action", "&**C:\\Program Files\\Long name tool.exe", "Long name tool....");
     }
     void captions()
     {
         QFETCH(QString, text);
-        QFETCH(QString, expected);
-        QCOMPARE(caption(text), expected);
+        QTEST(caption(text), "expected");
     }
 
     // One-off events first, then the recurring ones whose rule hits the day, as stored.
@@ -128,25 +123,22 @@ private slots:
         QTest::addColumn<QString>("caption");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QList<Target>>("expected");
-        QTest::newRow("same text on two dates opens both")
-            << "Dentist..."
-            << "Dentist" << QList<Target>{{false, 1}, {false, 3}};
-        QTest::newRow("shared first 15 characters")
-            << "Meeting with th..."
-            << "Meeting with the boss" << QList<Target>{{false, 2}, {true, 1}};
-        QTest::newRow("one-off action") << "tool.exe..."
-                                        << "&**C:\\bin\\tool.exe" << QList<Target>{{false, 4}};
+        const auto row = [](const char *name, const char *caption, const char *text,
+                            const QList<Target> &expected) {
+            QTest::newRow(name) << QString(caption) << QString(text) << expected;
+        };
+        row("same text on two dates opens both", "Dentist...", "Dentist", {{false, 1}, {false, 3}});
+        row("shared first 15 characters", "Meeting with th...", "Meeting with the boss",
+            {{false, 2}, {true, 1}});
+        row("one-off action", "tool.exe...", "&**C:\\bin\\tool.exe", {{false, 4}});
         // A recurring action is looked up among the one-off events of its number.
-        QTest::newRow("recurring action") << "daily.exe..."
-                                          << "&**C:\\bin\\daily.exe" << QList<Target>{};
-        QTest::newRow("recurring action, one-off text") << "daily.exe..."
-                                                        << "Dentist" << QList<Target>{{false, 3}};
+        row("recurring action", "daily.exe...", "&**C:\\bin\\daily.exe", {});
+        row("recurring action, one-off text", "daily.exe...", "Dentist", {{false, 3}});
     }
     void n1Targets()
     {
         QFETCH(QString, caption);
         QFETCH(QString, text);
-        QFETCH(QList<Target>, expected);
         store::Model m = model();
         m.events << store::Event{DateSerial(2004, 1, 1), 0, "Dentist", "Work"}
                  << store::Event{DateSerial(2004, 1, 2), 0, "Meeting with the boss", "Work"}
@@ -155,7 +147,7 @@ private slots:
         m.recurring << recurring(store::kDaily, "", "Meeting with the boss")
                     << recurring(store::kDaily, "", "Meeting with the team")
                     << recurring(store::kDaily, "", "&**C:\\bin\\daily.exe");
-        QCOMPARE(dayview::n1Targets(caption, text, m), expected);
+        QTEST(dayview::n1Targets(caption, text, m), "expected");
     }
 
     void recurringActionPastTheOneOffsRaises()

@@ -1,17 +1,12 @@
+#include "Fixtures.h"
 #include "mainwindow/Form1.h"
 #include "runtime/Clock.h"
-#include "runtime/Locale.h"
-#include "runtime/ProgramFolder.h"
 #include "runtime/Twips.h"
-#include "store/Files.h"
 #include "yearcalendar/UserControl1.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QLabel>
 #include <QMenu>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
 using rt::DateSerial;
@@ -19,26 +14,12 @@ using rt::DateSerial;
 namespace
 {
 
-const QByteArray kStore = "[Categories]\r\nc=3\r\n1=More\r\n1c=100\r\n2=Work\r\n2c=200\r\n"
-                          "3=Home\r\n3c=300\r\n"
-                          "[rcount]\r\nc=3\r\n[r1]\r\nType=Weekly\r\nDay=Monday\r\nTime=00:00\r\n"
-                          "Memo=weekly\r\nCat=Home\r\n[r2]\r\nType=Monthly\r\nDay=10\r\n"
-                          "Time=00:00\r\nMemo=monthly\r\nCat=Home\r\n[r3]\r\nType=Yearly\r\n"
-                          "Day=10\r\nMonth=3\r\nTime=00:00\r\nMemo=yearly\r\nCat=Work\r\n"
-                          "[count]\r\nc=1\r\n[1]\r\nDate=3/3/2026\r\nTime=9:00 AM\r\n"
-                          "Memo=Dentist\r\nCat=Work\r\n";
-
-void writeStore(const QByteArray &bytes)
-{
-    QFile file(files::dataIni());
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(bytes);
-}
-
-QAction *item(Form1 &form, const char *name)
-{
-    return form.findChild<QAction *>(QLatin1String(name));
-}
+const QByteArray kStore =
+    "[Categories]\nc=3\n1=More\n1c=100\n2=Work\n2c=200\n3=Home\n3c=300\n"
+    "[rcount]\nc=3\n[r1]\nType=Weekly\nDay=Monday\nTime=00:00\nMemo=weekly\n"
+    "Cat=Home\n[r2]\nType=Monthly\nDay=10\nTime=00:00\nMemo=monthly\nCat=Home\n"
+    "[r3]\nType=Yearly\nDay=10\nMonth=3\nTime=00:00\nMemo=yearly\nCat=Work\n"
+    "[count]\nc=1\n[1]\nDate=3/3/2026\nTime=9:00 AM\nMemo=Dentist\nCat=Work\n";
 
 } // namespace
 
@@ -46,55 +27,60 @@ class TestForm1 : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir dir;
+    TestFolder folder;
+    std::unique_ptr<Form1> form_;
 
-    rt::WinColor colourOn(Form1 &form, int m, int d)
+    // A main window loaded from kStore.
+    Form1 &load()
     {
-        return form.Cal()->GetDayBackcolor(DateSerial(2026, m, d));
+        TestFolder::setData(kStore);
+        form_ = std::make_unique<Form1>();
+        form_->Form_Load();
+        return *form_;
+    }
+    QAction *item(const char *name) { return form_->findChild<QAction *>(QLatin1String(name)); }
+    rt::WinColor colourOn(int m, int d)
+    {
+        return form_->Cal()->GetDayBackcolor(DateSerial(2026, m, d));
     }
 
 private slots:
     void initTestCase()
     {
-        rt::setProgramFolderForTest(dir.path());
-        rt::RtLocale::setForTest(QLocale("en_US"));
         rt::Clock::setSource([] { return DateSerial(2026, 11, 22) + 0.5; });
         rt::setDpiForTest(96);
     }
+    void cleanup() { form_.reset(); }
 
     void emptyAndDamagedStores_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("no file") << QByteArray();
         QTest::newRow("garbage") << QByteArray("\xff\x00[[[=\r\n\x80\x81", 10);
-        QTest::newRow("counts past the sections") << QByteArray("[count]\r\nc=40\r\n[rcount]\r\n"
-                                                                "c=40\r\n[Categories]\r\nc=1\r\n");
     }
     void emptyAndDamagedStores()
     {
         QFETCH(QByteArray, bytes);
         QFile::remove(files::dataIni());
         if (!bytes.isEmpty())
-            writeStore(bytes);
-        Form1 form;
-        form.Form_Load();
-        QCOMPARE(colourOn(form, 3, 3), rt::kWhite);
-        QVERIFY(!form.findChild<QAction *>("v1_2"));
+            writeBytes(files::dataIni(), bytes);
+        form_ = std::make_unique<Form1>();
+        form_->Form_Load();
+        QCOMPARE(colourOn(3, 3), rt::kWhite);
+        QVERIFY(!item("v1_2"));
     }
 
     void loaderBuildsMenuAndLegend()
     {
-        writeStore(kStore);
-        Form1 form;
-        form.Form_Load();
+        Form1 &form = load();
         QCOMPARE(form.windowTitle(), QString("ORVA's Calender"));
-        QCOMPARE(item(form, "v1_2")->text(), QString("Work"));
-        QCOMPARE(item(form, "v1_3")->text(), QString("Home"));
-        QVERIFY(item(form, "v1_2")->isChecked());
+        QCOMPARE(item("v1_2")->text(), QString("Work"));
+        QCOMPARE(item("v1_3")->text(), QString("Home"));
+        QVERIFY(item("v1_2")->isChecked());
         QCOMPARE(form.findChild<QLabel *>("lblcat_1")->text(), QString("More"));
         QCOMPARE(form.findChild<QLabel *>("lblcat_3")->text(), QString("Home"));
-        QCOMPARE(item(form, "None")->shortcut(), QKeySequence("Ctrl+N"));
-        QCOMPARE(item(form, "contents")->shortcut(), QKeySequence("F1"));
+        QCOMPARE(item("None")->shortcut(), QKeySequence("Ctrl+N"));
+        QCOMPARE(item("contents")->shortcut(), QKeySequence("F1"));
     }
 
     // What the calendar shows for each combination of the View menu.
@@ -119,40 +105,31 @@ private slots:
     void filters()
     {
         QFETCH(QStringList, clicks);
-        QFETCH(rt::WinColor, march3);
-        QFETCH(rt::WinColor, march2);
-        QFETCH(rt::WinColor, march10);
-        writeStore(kStore);
-        Form1 form;
-        form.Form_Load();
+        load();
         for (const QString &name : clicks)
-            item(form, qPrintable(name))->trigger();
-        QCOMPARE(colourOn(form, 3, 3), march3);
-        QCOMPARE(colourOn(form, 3, 2), march2);
-        QCOMPARE(colourOn(form, 3, 10), march10);
+            item(qPrintable(name))->trigger();
+        QTEST(colourOn(3, 3), "march3");
+        QTEST(colourOn(3, 2), "march2");
+        QTEST(colourOn(3, 10), "march10");
     }
 
     // Reloading rebuilds the category items, which take their check from the hidden first one.
     void reloadResetsCategoryChecks()
     {
-        writeStore(kStore);
-        Form1 form;
-        form.Form_Load();
+        Form1 &form = load();
         form.v1_Click(2);
-        QVERIFY(!item(form, "v1_2")->isChecked());
+        QVERIFY(!item("v1_2")->isChecked());
         form.Form_Activate();
-        QVERIFY(item(form, "v1_2")->isChecked());
+        QVERIFY(item("v1_2")->isChecked());
         form.None_Click();
         form.Form_Activate();
-        QVERIFY(!item(form, "v1_3")->isChecked());
+        QVERIFY(!item("v1_3")->isChecked());
     }
 
     // The popup lists the day's events; the date is selected only after it closes.
     void dayPopup()
     {
-        writeStore(kStore);
-        Form1 form;
-        form.Form_Load();
+        Form1 &form = load();
         QStringList captions;
         QTimer::singleShot(0, &form, [&] {
             auto *popup = form.findChild<QMenu *>("rclick");
@@ -168,15 +145,13 @@ private slots:
         QList<int> opened;
         connect(&form, &Form1::modifyRequested, this,
                 [&opened](bool recurring, int n) { opened << (recurring ? -n : n); });
-        item(form, "n1_3")->trigger();
+        item("n1_3")->trigger();
         QCOMPARE(opened, QList<int>{-3});
     }
 
     void doubleClickSelectsAndAsksToAdd()
     {
-        writeStore(kStore);
-        Form1 form;
-        form.Form_Load();
+        Form1 &form = load();
         int asked = 0;
         connect(&form, &Form1::addEventRequested, this, [&asked] { ++asked; });
         form.Cal_DateDblClick(DateSerial(2026, 6, 1));
@@ -186,9 +161,7 @@ private slots:
 
     void resizeIsProportional()
     {
-        writeStore(kStore);
-        Form1 form;
-        form.Form_Load();
+        Form1 &form = load();
         form.resize(667, 540);
         form.Form_Resize();
         const double w = rt::pixelsToTwips(form.frameGeometry().width());
@@ -200,9 +173,7 @@ private slots:
 
     void minimisingHidesOnlyWithATray()
     {
-        writeStore(kStore);
-        Form1 form;
-        form.Form_Load();
+        Form1 &form = load();
         form.show();
         form.setHideWhenMinimised(false);
         form.setWindowState(Qt::WindowMinimized);

@@ -1,10 +1,13 @@
 #include "mainwindow/Painters.h"
 #include "runtime/Locale.h"
 
+#include <QDate>
 #include <QHash>
 #include <QTest>
+#include <map>
 
 using namespace rt;
+using store::RecurringEvent;
 
 namespace
 {
@@ -38,33 +41,36 @@ public:
     Date Selected() const override { return selected; }
     int displayedYear() const override { return year; }
 
-    WinColor at(int y, int m, int d) const
+    // "200x52; 52 calls, last 2004-12-27": days per colour, then the setter's calls.
+    QString painted() const
     {
-        return colours.value(int(DateSerial(y, m, d)), white);
+        std::map<WinColor, int> days;
+        for (const WinColor c : colours)
+            ++days[c];
+        QStringList parts;
+        for (const auto &[colour, count] : days)
+            parts << QStringLiteral("%1x%2").arg(colour).arg(count);
+        const QDate last(Year(lastSet), Month(lastSet), Day(lastSet));
+        return parts.join(' ') + QStringLiteral("; %1 calls, last ").arg(setCalls) +
+               last.toString(Qt::ISODate);
     }
-    int countOf(WinColor c) const { return int(std::count(colours.begin(), colours.end(), c)); }
 
 private:
     WinColor white = kWhite;
 };
 
-constexpr WinColor kMore = 100;
-constexpr WinColor kWork = 200;
-constexpr WinColor kHome = 300;
-
 store::Model model()
 {
     store::Model m;
     m.categoryNames = {"", "More", "Work", "Home"};
-    m.categoryColours = {"", QString::number(kMore), QString::number(kWork),
-                         QString::number(kHome)};
+    m.categoryColours = {"", "100", "200", "300"};
     m.recurring = {{}};
     m.events = {{}};
     return m;
 }
 
-store::RecurringEvent recurring(const QString &type, const QString &day, const QString &cat,
-                                const QString &month = {})
+RecurringEvent recurring(const QString &type, const QString &day, const QString &cat,
+                         const QString &month = {})
 {
     return {type, day, month, "9:00 AM", "memo", cat};
 }
@@ -86,82 +92,77 @@ private slots:
         filters = ViewFilters();
     }
 
-    void weeklyDays_data()
+    void painters_data()
     {
         QTest::addColumn<int>("year");
-        QTest::addColumn<int>("mondays");
-        QTest::newRow("2004") << 2004 << 52;
-        QTest::newRow("2018 starts on a Monday") << 2018 << 53;
-        QTest::newRow("2024 leap, starts on a Monday") << 2024 << 53;
+        QTest::addColumn<QString>("painter");
+        QTest::addColumn<QList<RecurringEvent>>("events");
+        QTest::addColumn<int>("oneOffs"); // Work, on 3 March
+        QTest::addColumn<QString>("painted");
+        const auto row = [](const char *name, int year, const char *painter,
+                            const QList<RecurringEvent> &events, int oneOffs, const char *painted) {
+            QTest::newRow(name) << year << QString(painter) << events << oneOffs
+                                << QString(painted);
+        };
+        const QList<RecurringEvent> mondays{recurring(store::kWeekly, "Monday", "Work")};
+        row("weekly", 2004, "weekly", mondays, 0, "200x52; 52 calls, last 2004-12-27");
+        row("weekly, 2018 starts on a Monday", 2018, "weekly", mondays, 0,
+            "200x53; 53 calls, last 2018-12-31");
+        row("weekly, 2024 leap, starts on a Monday", 2024, "weekly", mondays, 0,
+            "200x53; 53 calls, last 2024-12-30");
+        row("weekly: 2100 is as long as a leap year, so it walks into 2101", 2100, "weekly",
+            {recurring(store::kWeekly, "Saturday", "Work")}, 0,
+            "200x52; 53 calls, last 2101-01-01");
+        row("weekly: a name that is no weekday keeps the previous event's", 2004, "weekly",
+            {mondays[0], recurring(store::kWeekly, "monday", "Home")}, 0,
+            "100x52; 104 calls, last 2004-12-27");
+        row("monthly: a short month paints the month before's date again", 2004, "monthly",
+            {recurring(store::kMonthly, "31", "Work")}, 0, "200x7; 12 calls, last 2004-12-31");
+        row("yearly: same category", 2004, "yearly",
+            {recurring(store::kYearly, "29", "Work", "7"),
+             recurring(store::kYearly, "29", "Work", "7")},
+            0, "200x1; 2 calls, last 2004-07-29");
+        row("yearly: two categories turn More", 2004, "yearly",
+            {recurring(store::kYearly, "29", "Work", "7"),
+             recurring(store::kYearly, "29", "Home", "7")},
+            0, "100x1; 2 calls, last 2004-07-29");
+        row("yearly: an unknown category is black", 2004, "yearly",
+            {recurring(store::kYearly, "29", "Nope", "7")}, 0, "0x1; 1 calls, last 2004-07-29");
+        // One-off events compare the day with black, not with their own colour.
+        row("category: a one-off event", 2004, "category", {}, 1,
+            "200x1; 1 calls, last 2004-03-03");
+        row("category: two one-offs of one category turn More", 2004, "category", {}, 2,
+            "100x1; 2 calls, last 2004-03-03");
     }
-    void weeklyDays()
+    void painters()
     {
         QFETCH(int, year);
-        QFETCH(int, mondays);
+        QFETCH(QString, painter);
+        QFETCH(QList<RecurringEvent>, events);
+        QFETCH(int, oneOffs);
         calendar.year = year;
         calendar.selected = DateSerial(year, 1, 20);
         store::Model m = model();
-        m.recurring << recurring(store::kWeekly, "Monday", "Work");
-        Painters(calendar, m, filters).paint_weekly();
-        QCOMPARE(calendar.countOf(kWork), mondays);
-        QVERIFY(filters.weekly);
-    }
-
-    // The year's length follows the rule of four alone, so 2100 walks into 2101.
-    void weeklyCenturyYear()
-    {
-        calendar.year = 2100;
-        calendar.selected = DateSerial(2100, 1, 16);
-        store::Model m = model();
-        m.recurring << recurring(store::kWeekly, "Saturday", "Work");
-        Painters(calendar, m, filters).paint_weekly();
-        QCOMPARE(calendar.lastSet, DateSerial(2101, 1, 1));
-    }
-
-    // A name that is no weekday keeps the previous weekly event's weekday.
-    void weeklyKeepsPreviousWeekday()
-    {
-        store::Model m = model();
-        m.recurring << recurring(store::kWeekly, "Monday", "Work")
-                    << recurring(store::kWeekly, "monday", "Home");
-        Painters(calendar, m, filters).paint_weekly();
-        QCOMPARE(calendar.countOf(kMore), 52);
-    }
-
-    void colourRule_data()
-    {
-        QTest::addColumn<QString>("firstCat");
-        QTest::addColumn<QString>("secondCat");
-        QTest::addColumn<WinColor>("expected");
-        QTest::newRow("same category") << "Work"
-                                       << "Work" << kWork;
-        QTest::newRow("two categories") << "Work"
-                                        << "Home" << kMore;
-        QTest::newRow("unknown category is black") << "Nope"
-                                                   << "Nope" << WinColor(0);
-    }
-    void colourRule()
-    {
-        QFETCH(QString, firstCat);
-        QFETCH(QString, secondCat);
-        QFETCH(WinColor, expected);
-        store::Model m = model();
-        m.recurring << recurring(store::kYearly, "29", firstCat, "7")
-                    << recurring(store::kYearly, "29", secondCat, "7");
-        Painters(calendar, m, filters).paint_yearly();
-        QCOMPARE(calendar.at(2004, 7, 29), expected);
-    }
-
-    // Short months paint the previous month's date again instead of skipping.
-    void monthlyDay31()
-    {
-        store::Model m = model();
-        m.recurring << recurring(store::kMonthly, "31", "Work");
-        FakeCalendar *cal = &calendar;
-        Painters(*cal, m, filters).paint_monthly();
-        QCOMPARE(calendar.countOf(kWork), 7);
-        QCOMPARE(calendar.setCalls, 12);
-        QVERIFY(filters.mon);
+        m.recurring << events;
+        for (int i = 0; i < oneOffs; ++i)
+            m.events << store::Event{DateSerial(year, 3, 3), 0, "m", "Work"};
+        m.events << store::Event{DateSerial(year + 1, 3, 3), 0, "other year", "Work"};
+        filters.v1 = {{"", false}, {"", false}, {"Work", false}};
+        Painters painters(calendar, m, filters);
+        if (painter == "weekly")
+            painters.paint_weekly();
+        else if (painter == "monthly")
+            painters.paint_monthly();
+        else if (painter == "yearly")
+            painters.paint_yearly();
+        else
+            painters.paint_category(2);
+        QTEST(calendar.painted(), "painted");
+        // The painter's item in the View menu is checked.
+        QCOMPARE(filters.weekly, painter == "weekly");
+        QCOMPARE(filters.mon, painter == "monthly");
+        QCOMPARE(filters.yearly, painter == "yearly");
+        QCOMPARE(filters.v1[2].checked, painter == "category");
     }
 
     void laterDuplicateCategoryWins()
@@ -171,30 +172,6 @@ private slots:
         m.categoryColours << "999";
         QCOMPARE(Painters(calendar, m, filters).category_colour("Work"), WinColor(999));
         QCOMPARE(Painters(calendar, m, filters).category_colour("work"), WinColor(0));
-    }
-
-    // In the category painter, one-off events compare the day with black, not with their
-    // own colour: two of one category on one day turn "More".
-    void categoryOneOffs_data()
-    {
-        QTest::addColumn<int>("events");
-        QTest::addColumn<WinColor>("expected");
-        QTest::newRow("one") << 1 << kWork;
-        QTest::newRow("two of one category") << 2 << kMore;
-    }
-    void categoryOneOffs()
-    {
-        QFETCH(int, events);
-        QFETCH(WinColor, expected);
-        store::Model m = model();
-        for (int i = 0; i < events; ++i)
-            m.events << store::Event{DateSerial(2004, 3, 3), 0, "m", "Work"};
-        m.events << store::Event{DateSerial(2005, 3, 3), 0, "other year", "Work"};
-        filters.v1 = {{"", false}, {"", false}, {"Work", false}};
-        Painters(calendar, m, filters).paint_category(2);
-        QCOMPARE(calendar.at(2004, 3, 3), expected);
-        QCOMPARE(calendar.countOf(kWork) + calendar.countOf(kMore), 1);
-        QVERIFY(filters.v1[2].checked);
     }
 
     void repaintFollowsFilters_data()

@@ -1,3 +1,4 @@
+#include "Fixtures.h"
 #include "runtime/Application.h"
 #include "runtime/MsgBox.h"
 #include "runtime/RuntimeError.h"
@@ -12,11 +13,6 @@
 
 namespace
 {
-
-// Thrown by the test's ending so the test process survives End().
-struct Ended {
-    int exitCode;
-};
 
 QString describe(const rt::MsgBoxCall &box)
 {
@@ -87,30 +83,8 @@ private slots:
         QCOMPARE(shown, QStringLiteral("ORVA Calendar|Saved."));
     }
 
-    void recorderAnswersFromItsQueues()
-    {
-        {
-            rt::MsgBoxRecorder recorder;
-            recorder.nextAnswers = {rt::vbNo};
-            recorder.nextInputs = {QStringLiteral("secret")};
-            QStringList shown;
-            recorder.onShow = [&](const rt::MsgBoxCall &box) { shown << describe(box); };
-            QCOMPARE(rt::MsgBox(QStringLiteral("Remove?"), rt::vbYesNo), int(rt::vbNo));
-            QCOMPARE(rt::MsgBox(QStringLiteral("Done"), rt::vbCritical, "Wrong"), int(rt::vbOK));
-            QCOMPARE(rt::InputBox(QStringLiteral("Password")), QStringLiteral("secret"));
-            QCOMPARE(rt::InputBox(QStringLiteral("Again")), QString());
-            QCOMPARE(shown, QStringList({"ORVA Calendar|4|Remove?", "Wrong|16|Done",
-                                         "ORVA Calendar|0|Password", "ORVA Calendar|0|Again"}));
-            QVERIFY(!recorder.calls[1].input && recorder.calls[3].input);
-        }
-        // Gone with its recorder, the real box shows again.
-        whenShown([](QMessageBox *box) { box->button(QMessageBox::Cancel)->click(); });
-        QCOMPARE(rt::MsgBox(QStringLiteral("Real"), rt::vbOKCancel), int(rt::vbCancel));
-    }
-
     void timerErrorIsReportedOnce()
     {
-        rt::setEndForTest([](int exitCode) { throw Ended{exitCode}; });
         QTimer timer;
         connect(&timer, &QTimer::timeout, [] { throw rt::RuntimeError::overflow(); });
         timer.start(60000);
@@ -121,13 +95,8 @@ private slots:
             if (std::exchange(again, false))
                 QCoreApplication::sendEvent(&timer, &tick);
         };
-        try {
-            QCoreApplication::sendEvent(&timer, &tick);
-            QFAIL("the program went on after the error");
-        } catch (const Ended &ended) {
-            QCOMPARE(ended.exitCode, rt::kRuntimeErrorExitCode);
-        }
-        rt::setEndForTest({});
+        QCOMPARE(exitCodeOf([&] { QCoreApplication::sendEvent(&timer, &tick); }),
+                 rt::kRuntimeErrorExitCode);
         QCOMPARE(recorder.calls.size(), 1);
         QCOMPARE(describe(recorder.calls[0]), "ORVA Calendar|16|Run-time error '6':\n\nOverflow");
     }

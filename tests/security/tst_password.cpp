@@ -1,44 +1,29 @@
+#include "Fixtures.h"
 #include "mainwindow/Form1.h"
-#include "runtime/Locale.h"
 #include "runtime/MsgBox.h"
-#include "runtime/ProgramFolder.h"
-#include "runtime/RuntimeError.h"
 #include "security/frmPassword.h"
 #include "security/frmpass.h"
 #include "store/DataStore.h"
-#include "store/Files.h"
 #include "store/ini.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
 namespace
 {
 
-struct Ended {
-    int exitCode;
-};
-
 const QString kWrong = "Password is not correct!|Wrong Password|16";
+// "Secret12", one character code per key.
+const QByteArray kSecret12 =
+    "[pcount]\nc=8\n[pass]\n1=83\n2=101\n3=99\n4=114\n5=101\n6=116\n7=49\n8=50\n";
 
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void setStore(const QByteArray &bytes)
+void setStore(const QByteArray &text)
 {
     QFile::remove(files::passIni());
-    QFile file(files::dataIni());
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(bytes);
+    TestFolder::setData(text);
 }
 
 QString boxes(const rt::MsgBoxRecorder &recorder)
@@ -55,16 +40,9 @@ class TstPassword : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir dir;
+    TestFolder folder;
 
 private slots:
-    void initTestCase()
-    {
-        rt::setProgramFolderForTest(dir.path());
-        rt::RtLocale::setForTest(QLocale("en_US"));
-        rt::setEndForTest([](int exitCode) { throw Ended{exitCode}; });
-    }
-
     // OK in frmPassword; change mode starts from the stored "Secret12".
     void passwordWindow_data()
     {
@@ -74,50 +52,36 @@ private slots:
         QTest::addColumn<QString>("box");
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QByteArray>("passIni");
-        QTest::newRow("create: nothing typed") << false << ""
-                                               << ""
-                                               << "You should type a password!|ORVA Calendar|16"
-                                               << "" << QByteArray();
-        QTest::newRow("create: not confirmed, by case")
-            << false << "Secret"
-            << "secret"
-            << "Password is not confirmed correctly!|ORVA Calendar|16"
-            << "" << QByteArray();
-        QTest::newRow("create") << false << "Secret"
-                                << "Secret"
-                                << ""
-                                << "Secret" << QByteArray();
-        QTest::newRow("create: outside Windows-1252, '?' on both sides") << false << "\u03a9mega"
-                                                                         << "?mega"
-                                                                         << ""
-                                                                         << "?mega" << QByteArray();
-        QTest::newRow("change: old password in the other case")
-            << true << "secret12"
-            << "abc" << kWrong << "Secret12" << QByteArray();
-        QTest::newRow("change: no confirmation; keys 4 to 8 stay") << true << "Secret12"
-                                                                   << "abc"
-                                                                   << ""
-                                                                   << "abc" << QByteArray();
-        QTest::newRow("change to empty: only Pass.ini is written")
-            << true << "Secret12"
-            << ""
-            << ""
-            << "Secret12" << QByteArray("[count]\r\nc=0\r\n");
+        const auto row = [](const char *name, bool change, const QString &txtpass,
+                            const char *txtpass1, const QString &box, const char *stored,
+                            const QByteArray &passIni = {}) {
+            QTest::newRow(name) << change << txtpass << QString(txtpass1) << box << QString(stored)
+                                << passIni;
+        };
+        row("create: nothing typed", false, "", "", "You should type a password!|ORVA Calendar|16",
+            "");
+        row("create: not confirmed, by case", false, "Secret", "secret",
+            "Password is not confirmed correctly!|ORVA Calendar|16", "");
+        row("create", false, "Secret", "Secret", "", "Secret");
+        row("create: outside Windows-1252, '?' on both sides", false, "\u03a9mega", "?mega", "",
+            "?mega");
+        row("change: old password in the other case", true, "secret12", "abc", kWrong, "Secret12");
+        row("change: no confirmation; keys 4 to 8 stay", true, "Secret12", "abc", "", "abc");
+        row("change to empty: only Pass.ini is written", true, "Secret12", "", "", "Secret12",
+            "[count]\r\nc=0\r\n");
     }
     void passwordWindow()
     {
         QFETCH(bool, change);
-        setStore(change ? "[pcount]\r\nc=8\r\n[pass]\r\n1=83\r\n2=101\r\n3=99\r\n4=114\r\n"
-                          "5=101\r\n6=116\r\n7=49\r\n8=50\r\n"
-                        : "");
-        const QByteArray before = fileBytes(files::dataIni());
-        QString stored = store::readPassword();
+        QFETCH(QString, txtpass);
+        QFETCH(QString, txtpass1);
+        setStore(change ? kSecret12 : "");
+        const QByteArray before = TestFolder::data();
+        const QString stored = store::readPassword();
         frmPassword window(stored);
         if (change)
             window.chPass();
         window.show();
-        QFETCH(QString, txtpass);
-        QFETCH(QString, txtpass1);
         window.txtpass()->setText(txtpass);
         window.txtpass1()->setText(txtpass1);
         rt::MsgBoxRecorder recorder;
@@ -125,28 +89,23 @@ private slots:
         QTEST(boxes(recorder), "box");
         QCOMPARE(window.isVisible(), !recorder.calls.isEmpty());
         QTEST(store::readPassword(), "stored");
-        QTEST(fileBytes(files::passIni()), "passIni");
+        QTEST(readBytes(files::passIni()), "passIni");
         if (store::readPassword() == "abc")
             QCOMPARE(ReadINI(files::dataIni(), "pass", "8", ""), QString("50"));
         else if (change)
-            QCOMPARE(fileBytes(files::dataIni()), before);
+            QCOMPARE(TestFolder::data(), before);
     }
 
+    // At start-up: one attempt, and a wrong one ends the program.
     void gate_data()
     {
         QTest::addColumn<QByteArray>("store");
         QTest::addColumn<QString>("typed"); // empty where no prompt may show
         QTest::addColumn<QString>("box");
-        const QByteArray secret = "[pcount]\r\nc=6\r\n[pass]\r\n1=83\r\n2=101\r\n3=99\r\n4=114\r\n"
-                                  "5=101\r\n6=116\r\n";
-        QTest::newRow("no password") << QByteArray() << ""
-                                     << "";
-        QTest::newRow("count 0") << QByteArray("[pcount]\r\nc=0\r\n") << ""
-                                 << "";
-        QTest::newRow("right") << secret << "Secret"
-                               << "";
-        QTest::newRow("other case") << secret << "secret" << kWrong;
-        QTest::newRow("one short") << secret << "Secre" << kWrong;
+        QTest::newRow("no password") << QByteArray() << "" << QString();
+        QTest::newRow("right") << kSecret12 << "Secret12" << QString();
+        QTest::newRow("other case") << kSecret12 << "secret12" << kWrong;
+        QTest::newRow("one short") << kSecret12 << "Secret1" << kWrong;
     }
     void gate()
     {
@@ -154,9 +113,7 @@ private slots:
         QFETCH(QString, typed);
         setStore(store);
         bool prompted = false;
-        QTimer answer;
-        answer.setSingleShot(true);
-        connect(&answer, &QTimer::timeout, [&] {
+        QTimer::singleShot(0, this, [&] {
             if (auto *prompt = qobject_cast<frmpass *>(QApplication::activeModalWidget())) {
                 prompted = true;
                 QCOMPARE(prompt->txtpass()->echoMode(), QLineEdit::Password);
@@ -164,15 +121,9 @@ private slots:
                 prompt->findChild<QPushButton *>("OKButton")->click();
             }
         });
-        answer.start(0);
         rt::MsgBoxRecorder recorder;
         Form1 form;
-        bool ended = false;
-        try {
-            form.Form_Load();
-        } catch (const Ended &) {
-            ended = true;
-        }
+        const bool ended = exitCodeOf([&] { form.Form_Load(); }) >= 0;
         QCOMPARE(prompted, !typed.isEmpty());
         QTEST(boxes(recorder), "box");
         QCOMPARE(ended, !recorder.calls.isEmpty());
@@ -184,17 +135,16 @@ private slots:
         QString entered;
         frmpass prompt(entered);
         for (auto cancel : {&frmpass::CancelButton_Click, &frmpass::reject})
-            QVERIFY_THROWS_EXCEPTION(Ended, (prompt.*cancel)());
+            QVERIFY(exitCodeOf([&] { (prompt.*cancel)(); }) >= 0);
     }
 
     void optionsMenu_data()
     {
         QTest::addColumn<QByteArray>("store");
         QTest::addColumn<QString>("stored"); // empty: "Create Password" is offered
-        QTest::newRow("count 0") << QByteArray("[pcount]\r\nc=0\r\n") << "";
-        QTest::newRow("empty count") << QByteArray("[pcount]\r\nc=\r\n") << "";
-        QTest::newRow("set") << QByteArray("[pcount]\r\nc=2\r\n[pass]\r\n1=79\r\n2=107\r\n")
-                             << "Ok";
+        QTest::newRow("count 0") << QByteArray("[pcount]\nc=0\n") << "";
+        QTest::newRow("empty count") << QByteArray("[pcount]\nc=\n") << "";
+        QTest::newRow("set") << QByteArray("[pcount]\nc=2\n[pass]\n1=79\n2=107\n") << "Ok";
     }
     void optionsMenu()
     {
@@ -218,5 +168,4 @@ private slots:
 };
 
 QTEST_MAIN(TstPassword)
-
 #include "tst_password.moc"

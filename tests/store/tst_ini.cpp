@@ -1,11 +1,6 @@
-#include "runtime/ProgramFolder.h"
+#include "Fixtures.h"
 #include "runtime/RuntimeError.h"
-#include "store/Files.h"
 #include "store/ini.h"
-
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
 
 class TestIni : public QObject
 {
@@ -14,12 +9,6 @@ class TestIni : public QObject
     QTemporaryDir dir_;
     QString file_;
 
-    QByteArray bytes() const
-    {
-        QFile f(file_);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
-    }
-
 private slots:
     void init()
     {
@@ -27,19 +16,12 @@ private slots:
         QFile::remove(file_);
     }
 
+    // The reader's buffer holds 254 characters and the terminator.
     void readCutsAt254Characters()
     {
         WriteINI(file_, "S", "k", QString(300, u'x'));
         QCOMPARE(ReadINI(file_, "S", "k", "d"), QString(254, u'x'));
-    }
-
-    void readGivesTheDefault()
-    {
-        QCOMPARE(ReadINI(file_, "S", "k", "def"), QString("def"));
-        WriteINI(file_, "S", "j", QString("1"));
-        QCOMPARE(ReadINI(file_, "S", "k", "  d e f  "), QString("  d e f"));
-        QCOMPARE(ReadINI(file_, "T", "j", QString()), QString(""));
-        QCOMPARE(ReadINI(file_, "s", "J", QString()), QString("1"));
+        QCOMPARE(ReadINI(file_, "S", "j", "  d e f  "), QString("  d e f"));
     }
 
     void writeStoresLineBreaksAndCleansTheVariable()
@@ -47,13 +29,13 @@ private slots:
         QString value("a\r\nb\nc\rd");
         WriteINI(file_, "S", "k", value);
         QCOMPARE(value, QString("a  b c d"));
-        QCOMPARE(bytes(), QByteArray("[S]\r\nk=a\r\nb\nc\rd\r\n"));
+        QCOMPARE(readBytes(file_), QByteArray("[S]\r\nk=a\r\nb\nc\rd\r\n"));
         QCOMPARE(ReadINI(file_, "S", "k", "d"), QString("a"));
 
         const QString fixed("x\r\ny");
         WriteINI(file_, "S", "j", fixed);
         QCOMPARE(fixed, QString("x\r\ny"));
-        QCOMPARE(bytes(), QByteArray("[S]\r\nk=a\r\nj=x\r\ny\r\nb\nc\rd\r\n"));
+        QCOMPARE(readBytes(file_), QByteArray("[S]\r\nk=a\r\nj=x\r\ny\r\nb\nc\rd\r\n"));
     }
 
     void overlongValueOverflowsBeforeWriting()
@@ -61,7 +43,7 @@ private slots:
         QString longest(32767, u'\n');
         WriteINI(file_, "S", "k", longest);
         QCOMPARE(longest, QString(32767, u' '));
-        QCOMPARE(bytes().size(), qsizetype(5 + 2 + 32767 + 2));
+        QCOMPARE(readBytes(file_).size(), qsizetype(5 + 2 + 32767 + 2));
 
         QFile::remove(file_);
         QString tooLong(32768, u'\n');
@@ -76,7 +58,7 @@ private slots:
                 QCOMPARE(error.number(), 6);
             }
             QCOMPARE(tooLong, QString(32768, u'\n'));
-            QCOMPARE(bytes(), QByteArray("<missing>"));
+            QVERIFY(!QFile::exists(file_));
         }
     }
 

@@ -41,111 +41,105 @@ private slots:
     }
     void cleanup() { rt::Clock::setSource({}); }
 
-    void colourByDate_data();
-    void colourByDate();
-    void clickRebuildsAndReapplies();
-    void yearButtonsReapplyTheirYear();
-    void todayInJanuaryOutlivesJanuary();
+    void colourByDate_data()
+    {
+        QTest::addColumn<rt::Date>("painted");
+        QTest::addColumn<rt::Date>("read");
+        QTest::addColumn<uint>("colour");
+        QTest::newRow("day of the year") << date(2024, 3, 3) << date(2024, 3, 3) << uint(kGreen);
+        QTest::newRow("January of another year")
+            << date(2019, 1, 5) << date(2024, 1, 5) << uint(kGreen);
+        QTest::newRow("January read with another year")
+            << date(2024, 1, 5) << date(1990, 1, 5) << uint(kGreen);
+        QTest::newRow("February of another year")
+            << date(2019, 2, 5) << date(2024, 2, 5) << uint(rt::kWhite);
+        QTest::newRow("read outside the year") << date(2024, 2, 5) << date(2025, 2, 5) << 0u;
+    }
+
+    void colourByDate()
+    {
+        QFETCH(rt::Date, painted);
+        QFETCH(rt::Date, read);
+        QFETCH(uint, colour);
+        CalendarModel model;
+        model.SetDayBackColor(painted, kGreen);
+        QCOMPARE(model.GetDayBackcolor(read), colour);
+    }
+
+    // A click whitens and rebuilds the year, brings back the colours kept for the displayed year
+    // and greys only the clicked cell. A January colour given with another year's date showed at
+    // once but is not kept for this year; colours set on cells directly are lost.
+    void clickRebuildsAndReapplies()
+    {
+        CalendarModel model;
+        const YearGrid &grid = model.grid();
+        model.SetDayBackColor(date(2024, 3, 3), kGreen);
+        model.SetDayBackColor(date(2019, 1, 9), kGreen);
+        model.SetDayForeColor(date(2024, 12, 24), kPink);
+        const int april1 = cellOf(model, 4, 1);
+        model.grid().setBack(april1, kPink);
+        QCOMPARE(model.GetDayBackcolor(date(2024, 1, 9)), kGreen);
+
+        const int march10 = cellOf(model, 3, 10);
+        QCOMPARE(model.click(false, march10 - kJanuaryCells), date(2024, 3, 10));
+        QCOMPARE(grid[march10].back, kSelectionGrey);
+        QCOMPARE(model.GetDayBackcolor(date(2024, 3, 3)), kGreen);
+        QCOMPARE(model.GetDayBackcolor(date(2024, 1, 9)), rt::kWhite);
+        QCOMPARE(grid[cellOf(model, 12, 24)].fore, kPink);
+        QCOMPARE(grid[april1].back, rt::kWhite);
+
+        const int march3 = cellOf(model, 3, 3);
+        model.click(false, march3 - kJanuaryCells);
+        QCOMPARE(grid[march10].back, rt::kWhite);
+        QCOMPARE(grid[march3].back, kSelectionGrey);
+        QCOMPARE(model.click(true, cellOf(model, 1, 2)), date(2024, 1, 2));
+        QCOMPARE(grid[march3].back, kGreen);
+        int grey = 0;
+        for (int cell = 0; cell < kCells; ++cell)
+            grey += grid[cell].back == kSelectionGrey;
+        QCOMPARE(grey, 1);
+    }
+
+    // A January colour is kept with the cell of the January on show when it was given: in its
+    // own year that cell may show another day.
+    void yearButtonsReapplyTheirYear()
+    {
+        CalendarModel model;
+        model.SetDayBackColor(date(2024, 3, 3), kGreen);
+        model.SetDayBackColor(date(2025, 1, 5), kPink);
+        QCOMPARE(model.grid()[j1(5)].caption, 5);
+
+        model.stepYear(1);
+        QCOMPARE(model.displayedYear(), 2025);
+        QCOMPARE(model.GetDayBackcolor(date(2025, 3, 3)), rt::kWhite);
+        QCOMPARE(model.grid()[j1(5)].caption, 3);
+        QCOMPARE(model.GetDayBackcolor(date(2025, 1, 3)), kPink);
+        QCOMPARE(model.GetDayBackcolor(date(2025, 1, 5)), rt::kWhite);
+
+        model.stepYear(-1);
+        QCOMPARE(model.GetDayBackcolor(date(2024, 3, 3)), kGreen);
+        QCOMPARE(model.GetDayBackcolor(date(2024, 1, 5)), rt::kWhite);
+    }
+
+    // Once today has been found in January, the setter keeps painting a January cell: the one
+    // at today's index in February's cells, or none at all from March on.
+    void todayInJanuaryOutlivesJanuary()
+    {
+        rt::Clock::setSource([] { return date(2024, 1, 10); });
+        CalendarModel model;
+        rt::Clock::setSource([] { return date(2024, 2, 3); });
+        model.click(true, 20);
+        QCOMPARE(model.grid()[f1(6)].fore, rt::kRed);
+
+        model.setDayForeColor(kGreen);
+        QCOMPARE(model.grid()[j1(6)].fore, rt::kRed);
+        QCOMPARE(model.grid()[f1(6)].fore, kGreen);
+
+        rt::Clock::setSource([] { return date(2024, 3, 15); });
+        model.click(true, 20);
+        QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, model.setDayForeColor(kGreen));
+    }
 };
-
-void TestCalendarModel::colourByDate_data()
-{
-    QTest::addColumn<rt::Date>("painted");
-    QTest::addColumn<rt::Date>("read");
-    QTest::addColumn<uint>("colour");
-    QTest::newRow("day of the year") << date(2024, 3, 3) << date(2024, 3, 3) << uint(kGreen);
-    QTest::newRow("January of another year")
-        << date(2019, 1, 5) << date(2024, 1, 5) << uint(kGreen);
-    QTest::newRow("January read with another year")
-        << date(2024, 1, 5) << date(1990, 1, 5) << uint(kGreen);
-    QTest::newRow("February of another year")
-        << date(2019, 2, 5) << date(2024, 2, 5) << uint(rt::kWhite);
-    QTest::newRow("read outside the year") << date(2024, 2, 5) << date(2025, 2, 5) << 0u;
-}
-
-void TestCalendarModel::colourByDate()
-{
-    QFETCH(rt::Date, painted);
-    QFETCH(rt::Date, read);
-    QFETCH(uint, colour);
-    CalendarModel model;
-    model.SetDayBackColor(painted, kGreen);
-    QCOMPARE(model.GetDayBackcolor(read), colour);
-}
-
-// A click whitens and rebuilds the year, brings back the colours kept for the displayed year
-// and greys only the clicked cell. A January colour given with another year's date showed at
-// once but is not kept for this year; colours set on cells directly are lost.
-void TestCalendarModel::clickRebuildsAndReapplies()
-{
-    CalendarModel model;
-    const YearGrid &grid = model.grid();
-    model.SetDayBackColor(date(2024, 3, 3), kGreen);
-    model.SetDayBackColor(date(2019, 1, 9), kGreen);
-    model.SetDayForeColor(date(2024, 12, 24), kPink);
-    const int april1 = cellOf(model, 4, 1);
-    model.grid().setBack(april1, kPink);
-    QCOMPARE(model.GetDayBackcolor(date(2024, 1, 9)), kGreen);
-
-    const int march10 = cellOf(model, 3, 10);
-    QCOMPARE(model.click(false, march10 - kJanuaryCells), date(2024, 3, 10));
-    QCOMPARE(grid[march10].back, kSelectionGrey);
-    QCOMPARE(model.GetDayBackcolor(date(2024, 3, 3)), kGreen);
-    QCOMPARE(model.GetDayBackcolor(date(2024, 1, 9)), rt::kWhite);
-    QCOMPARE(grid[cellOf(model, 12, 24)].fore, kPink);
-    QCOMPARE(grid[april1].back, rt::kWhite);
-
-    const int march3 = cellOf(model, 3, 3);
-    model.click(false, march3 - kJanuaryCells);
-    QCOMPARE(grid[march10].back, rt::kWhite);
-    QCOMPARE(grid[march3].back, kSelectionGrey);
-    QCOMPARE(model.click(true, cellOf(model, 1, 2)), date(2024, 1, 2));
-    QCOMPARE(grid[march3].back, kGreen);
-    int grey = 0;
-    for (int cell = 0; cell < kCells; ++cell)
-        grey += grid[cell].back == kSelectionGrey;
-    QCOMPARE(grey, 1);
-}
-
-// A January colour is kept with the cell of the January on show when it was given: in its
-// own year that cell may show another day.
-void TestCalendarModel::yearButtonsReapplyTheirYear()
-{
-    CalendarModel model;
-    model.SetDayBackColor(date(2024, 3, 3), kGreen);
-    model.SetDayBackColor(date(2025, 1, 5), kPink);
-    QCOMPARE(model.grid()[j1(5)].caption, 5);
-
-    model.stepYear(1);
-    QCOMPARE(model.displayedYear(), 2025);
-    QCOMPARE(model.GetDayBackcolor(date(2025, 3, 3)), rt::kWhite);
-    QCOMPARE(model.grid()[j1(5)].caption, 3);
-    QCOMPARE(model.GetDayBackcolor(date(2025, 1, 3)), kPink);
-    QCOMPARE(model.GetDayBackcolor(date(2025, 1, 5)), rt::kWhite);
-
-    model.stepYear(-1);
-    QCOMPARE(model.GetDayBackcolor(date(2024, 3, 3)), kGreen);
-    QCOMPARE(model.GetDayBackcolor(date(2024, 1, 5)), rt::kWhite);
-}
-
-// Once today has been found in January, the setter keeps painting a January cell: the one
-// at today's index in February's cells, or none at all from March on.
-void TestCalendarModel::todayInJanuaryOutlivesJanuary()
-{
-    rt::Clock::setSource([] { return date(2024, 1, 10); });
-    CalendarModel model;
-    rt::Clock::setSource([] { return date(2024, 2, 3); });
-    model.click(true, 20);
-    QCOMPARE(model.grid()[f1(6)].fore, rt::kRed);
-
-    model.setDayForeColor(kGreen);
-    QCOMPARE(model.grid()[j1(6)].fore, rt::kRed);
-    QCOMPARE(model.grid()[f1(6)].fore, kGreen);
-
-    rt::Clock::setSource([] { return date(2024, 3, 15); });
-    model.click(true, 20);
-    QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, model.setDayForeColor(kGreen));
-}
 
 QTEST_APPLESS_MAIN(TestCalendarModel)
 #include "tst_calendarmodel.moc"

@@ -58,175 +58,151 @@ private slots:
         rt::setDpiForTest(0);
     }
 
-    void startsOnJanuaryTheTwentieth();
-    void yearButtons_data();
-    void yearButtons();
-    void mouseOnADay_data();
-    void mouseOnADay();
-    void enterRefillsOnly();
-    void resizeTo10000Twips_data();
-    void resizeTo10000Twips();
+    void startsOnJanuaryTheTwentieth()
+    {
+        UserControl1 c;
+        QCOMPARE(c.displayedYear(), 2024);
+        QCOMPARE(c.findChild<QLineEdit *>("Label12")->text(), "2024");
+        QCOMPARE(iso(c.Selected()), "2024-01-20");
+        const auto *jan20 = c.findChild<QLabel *>("j1_20");
+        QCOMPARE(jan20->text(), "20");
+        QCOMPARE(jan20->property("index").toInt(), 20);
+        QCOMPARE(back(jan20), QColor(157, 157, 157));
+        const auto *today = c.findChild<QLabel *>("f1_61");
+        QCOMPARE(today->text(), "15");
+        QCOMPARE(today->palette().color(QPalette::WindowText), QColor(Qt::red));
+        QVERIFY(today->font().bold());
+        c.setDay_ForeColor(kGreen);
+        QCOMPARE(today->palette().color(QPalette::WindowText), QColor(Qt::red));
+        QCOMPARE(c.findChild<QLabel *>("f1_62")->palette().color(QPalette::WindowText),
+                 rt::toQColor(kGreen));
+        const auto *unused = c.findChild<QLabel *>("j1_0");
+        QVERIFY(unused->isHidden() && !unused->isEnabled());
+        QCOMPARE(back(c.findChild<QLabel *>("mon_0")), QColor(Qt::blue));
+    }
+
+    // A year button's simulated click on January's cell 20 comes before YearChanged, and
+    // while the host hears of it the selection is still the old one.
+    void mouse_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<QStringList>("events");
+        QTest::addColumn<QString>("selected");
+        QTest::addColumn<int>("year");
+        const QString click = "DateClick 2024-03-15 selected 2024-01-20";
+        const auto row = [](const char *name, const char *action, const QStringList &events,
+                            const char *selected, int year = 2024) {
+            QTest::newRow(name) << QString(action) << events << QString(selected) << year;
+        };
+        row("left click", "left", {click}, "2024-03-15");
+        row("left released elsewhere", "drag", {}, "2024-01-20");
+        row("right press", "right", {"DateRClick 2024-03-15"}, "2024-01-20");
+        row("middle press", "middle", {}, "2024-01-20");
+        row("double click", "double", {click, "DateDblClick 2024-03-15"}, "2024-03-15");
+        row("double click handler", "f1_DblClick", {"DateDblClick 2024-03-15"}, "2024-01-20");
+        row("cmdLeft goes forward", "cmdLeft",
+            {"DateClick 2025-01-18 selected 2024-01-20", "YearChanged"}, "2025-01-18", 2025);
+        row("cmdRight goes back", "cmdRight",
+            {"DateClick 2023-01-21 selected 2024-01-20", "YearChanged"}, "2023-01-21", 2023);
+    }
+    void mouse()
+    {
+        QFETCH(QString, action);
+        QFETCH(QString, selected);
+        QFETCH(int, year);
+        UserControl1 c;
+        c.show();
+        auto *day = c.findChild<QLabel *>("f1_61");
+        EventLog log(c);
+        if (action == "left") {
+            QTest::mouseClick(day, Qt::LeftButton);
+        } else if (action == "drag") {
+            QTest::mousePress(day, Qt::LeftButton);
+            QTest::mouseRelease(day, Qt::LeftButton, {}, QPoint(-5, -5));
+        } else if (action == "right") {
+            QTest::mousePress(day, Qt::RightButton);
+        } else if (action == "middle") {
+            QTest::mousePress(day, Qt::MiddleButton);
+        } else if (action == "double") {
+            QTest::mouseClick(day, Qt::LeftButton);
+            QTest::mouseDClick(day, Qt::LeftButton);
+            QTest::mouseRelease(day, Qt::LeftButton);
+        } else if (action == "f1_DblClick") {
+            c.f1_DblClick(61);
+        } else {
+            QTest::mouseClick(c.findChild<QPushButton *>(action), Qt::LeftButton);
+        }
+        QTEST(log.lines, "events");
+        QCOMPARE(iso(c.Selected()), selected);
+        QCOMPARE(c.displayedYear(), year);
+        QCOMPARE(c.findChild<QLineEdit *>("Label12")->text(), QString::number(year));
+        // Today's red stays with 15 March of its own year.
+        QCOMPARE(day->palette().color(QPalette::WindowText) == QColor(Qt::red), year == 2024);
+        const bool moved = selected == "2024-03-15";
+        QCOMPARE(back(day) == QColor(157, 157, 157), moved);
+        QCOMPARE(back(c.findChild<QLabel *>("j1_20")) == QColor(157, 157, 157), !moved);
+    }
+
+    // Typing a year and Enter refills the grid and nothing more: no event, the selection and
+    // the colours stay on the cells they were on until the next click re-applies the new year's.
+    void enterRefillsOnly()
+    {
+        UserControl1 c;
+        c.show();
+        c.SetDayBackColor(rt::DateSerial(2024, 3, 3), kGreen);
+        auto *march3 = c.findChild<QLabel *>("f1_49");
+        QCOMPARE(back(march3), rt::toQColor(kGreen));
+        EventLog log(c);
+        auto *box = c.findChild<QLineEdit *>("Label12");
+        box->selectAll();
+        QTest::keyClicks(box, "2028");
+        QCOMPARE(c.displayedYear(), 2024);
+        QTest::keyClick(box, Qt::Key_Return);
+
+        QCOMPARE(c.displayedYear(), 2028);
+        QVERIFY(log.lines.isEmpty());
+        QCOMPARE(iso(c.Selected()), "2024-01-20");
+        QCOMPARE(back(march3), rt::toQColor(kGreen));
+        QCOMPARE(march3->text(), "5");
+        QCOMPARE(back(c.findChild<QLabel *>("j1_20")), QColor(157, 157, 157));
+
+        c.j1_Click(20);
+        QCOMPARE(back(march3), QColor(Qt::white));
+
+        c.Label12_KeyPress('a');
+        for (const char *text : {"next", "99", "10000"}) {
+            box->setText(text);
+            QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, c.Label12_KeyPress(13));
+        }
+    }
+
+    void resizeTo10000Twips_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QRect>("pixels"); // at 10 twips to the pixel
+        QTest::newRow("first January cell") << "j1_0" << QRect(8, 132, 20, 20);
+        QTest::newRow("last December cell") << "f1_461" << QRect(971, 708, 20, 20);
+        QTest::newRow("April") << "mon_3" << QRect(772, 60, 220, 29);
+        QTest::newRow("December's Sa") << "w_83" << QRect(961, 564, 30, 26);
+        QTest::newRow("year box") << "Label12" << QRect(444, 9, 112, 41);
+        QTest::newRow("cmdRight") << "cmdRight" << QRect(562, 9, 45, 41);
+        QTest::newRow("cmdLeft mirrors cmdRight") << "cmdLeft" << QRect(393, 9, 45, 41);
+        QTest::newRow("middle separator") << "Line1_1" << QRect(500, 60, 1, 668);
+        QTest::newRow("row separator stays") << "Line5" << QRect(8, 508, 1067, 1);
+    }
+
+    void resizeTo10000Twips()
+    {
+        QFETCH(QString, name);
+        QFETCH(QRect, pixels);
+        UserControl1 c;
+        c.show();
+        c.resize(1000, c.height());
+        QCOMPARE(c.findChild<QWidget *>(name)->geometry(), pixels);
+        QCOMPARE(c.findChild<QLabel *>("f1_461")->font().pixelSize(), 18); // 8.9 pt
+        QCOMPARE(c.findChild<QLabel *>("w_0")->font().pixelSize(), 18);    // 9.1 pt
+    }
 };
-
-void TestUserControl1::startsOnJanuaryTheTwentieth()
-{
-    UserControl1 c;
-    QCOMPARE(c.displayedYear(), 2024);
-    QCOMPARE(c.findChild<QLineEdit *>("Label12")->text(), "2024");
-    QCOMPARE(iso(c.Selected()), "2024-01-20");
-    const auto *jan20 = c.findChild<QLabel *>("j1_20");
-    QCOMPARE(jan20->text(), "20");
-    QCOMPARE(jan20->property("index").toInt(), 20);
-    QCOMPARE(back(jan20), QColor(157, 157, 157));
-    const auto *today = c.findChild<QLabel *>("f1_61");
-    QCOMPARE(today->text(), "15");
-    QCOMPARE(today->palette().color(QPalette::WindowText), QColor(Qt::red));
-    QVERIFY(today->font().bold());
-    c.setDay_ForeColor(kGreen);
-    QCOMPARE(today->palette().color(QPalette::WindowText), QColor(Qt::red));
-    QCOMPARE(c.findChild<QLabel *>("f1_62")->palette().color(QPalette::WindowText),
-             rt::toQColor(kGreen));
-    const auto *unused = c.findChild<QLabel *>("j1_0");
-    QVERIFY(unused->isHidden() && !unused->isEnabled());
-    QCOMPARE(back(c.findChild<QLabel *>("mon_0")), QColor(Qt::blue));
-}
-
-void TestUserControl1::yearButtons_data()
-{
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<int>("year");
-    QTest::addColumn<QString>("saturday");
-    QTest::newRow("cmdLeft goes forward") << "cmdLeft" << 2025 << "2025-01-18";
-    QTest::newRow("cmdRight goes back") << "cmdRight" << 2023 << "2023-01-21";
-}
-
-// The simulated click on January's cell 20 comes before YearChanged, and while the host
-// hears of it the selection is still the old one.
-void TestUserControl1::yearButtons()
-{
-    QFETCH(QString, button);
-    QFETCH(int, year);
-    QFETCH(QString, saturday);
-    UserControl1 c;
-    c.show();
-    EventLog log(c);
-    QTest::mouseClick(c.findChild<QPushButton *>(button), Qt::LeftButton);
-    QCOMPARE(log.lines,
-             QStringList({"DateClick " + saturday + " selected 2024-01-20", "YearChanged"}));
-    QCOMPARE(c.displayedYear(), year);
-    QCOMPARE(iso(c.Selected()), saturday);
-    QCOMPARE(c.findChild<QLineEdit *>("Label12")->text(), QString::number(year));
-    QCOMPARE(c.findChild<QLabel *>("f1_61")->palette().color(QPalette::WindowText),
-             QColor(Qt::blue));
-}
-
-void TestUserControl1::mouseOnADay_data()
-{
-    QTest::addColumn<QString>("action");
-    QTest::addColumn<QStringList>("events");
-    QTest::addColumn<QString>("selected");
-    const QString click = "DateClick 2024-03-15 selected 2024-01-20";
-    QTest::newRow("left click") << "left" << QStringList{click} << "2024-03-15";
-    QTest::newRow("left released elsewhere") << "drag" << QStringList{} << "2024-01-20";
-    QTest::newRow("right press") << "right" << QStringList{"DateRClick 2024-03-15"} << "2024-01-20";
-    QTest::newRow("middle press") << "middle" << QStringList{} << "2024-01-20";
-    QTest::newRow("double click") << "double" << QStringList{click, "DateDblClick 2024-03-15"}
-                                  << "2024-03-15";
-    QTest::newRow("double click handler")
-        << "f1_DblClick" << QStringList{"DateDblClick 2024-03-15"} << "2024-01-20";
-}
-
-void TestUserControl1::mouseOnADay()
-{
-    QFETCH(QString, action);
-    QFETCH(QStringList, events);
-    QFETCH(QString, selected);
-    UserControl1 c;
-    c.show();
-    auto *day = c.findChild<QLabel *>("f1_61");
-    EventLog log(c);
-    if (action == "left") {
-        QTest::mouseClick(day, Qt::LeftButton);
-    } else if (action == "drag") {
-        QTest::mousePress(day, Qt::LeftButton);
-        QTest::mouseRelease(day, Qt::LeftButton, {}, QPoint(-5, -5));
-    } else if (action == "right") {
-        QTest::mousePress(day, Qt::RightButton);
-    } else if (action == "middle") {
-        QTest::mousePress(day, Qt::MiddleButton);
-    } else if (action == "double") {
-        QTest::mouseClick(day, Qt::LeftButton);
-        QTest::mouseDClick(day, Qt::LeftButton);
-        QTest::mouseRelease(day, Qt::LeftButton);
-    } else {
-        c.f1_DblClick(61);
-    }
-    QCOMPARE(log.lines, events);
-    QCOMPARE(iso(c.Selected()), selected);
-    const bool moved = selected == "2024-03-15";
-    QCOMPARE(back(day) == QColor(157, 157, 157), moved);
-    QCOMPARE(back(c.findChild<QLabel *>("j1_20")) == QColor(157, 157, 157), !moved);
-}
-
-// Typing a year and Enter refills the grid and nothing more: no event, the selection and
-// the colours stay on the cells they were on until the next click re-applies the new year's.
-void TestUserControl1::enterRefillsOnly()
-{
-    UserControl1 c;
-    c.show();
-    c.SetDayBackColor(rt::DateSerial(2024, 3, 3), kGreen);
-    auto *march3 = c.findChild<QLabel *>("f1_49");
-    QCOMPARE(back(march3), rt::toQColor(kGreen));
-    EventLog log(c);
-    auto *box = c.findChild<QLineEdit *>("Label12");
-    box->selectAll();
-    QTest::keyClicks(box, "2028");
-    QCOMPARE(c.displayedYear(), 2024);
-    QTest::keyClick(box, Qt::Key_Return);
-
-    QCOMPARE(c.displayedYear(), 2028);
-    QVERIFY(log.lines.isEmpty());
-    QCOMPARE(iso(c.Selected()), "2024-01-20");
-    QCOMPARE(back(march3), rt::toQColor(kGreen));
-    QCOMPARE(march3->text(), "5");
-    QCOMPARE(back(c.findChild<QLabel *>("j1_20")), QColor(157, 157, 157));
-
-    c.j1_Click(20);
-    QCOMPARE(back(march3), QColor(Qt::white));
-
-    c.Label12_KeyPress('a');
-    for (const char *text : {"next", "99", "10000"}) {
-        box->setText(text);
-        QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, c.Label12_KeyPress(13));
-    }
-}
-
-void TestUserControl1::resizeTo10000Twips_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QRect>("pixels"); // at 10 twips to the pixel
-    QTest::newRow("first January cell") << "j1_0" << QRect(8, 132, 20, 20);
-    QTest::newRow("last December cell") << "f1_461" << QRect(971, 708, 20, 20);
-    QTest::newRow("April") << "mon_3" << QRect(772, 60, 220, 29);
-    QTest::newRow("December's Sa") << "w_83" << QRect(961, 564, 30, 26);
-    QTest::newRow("year box") << "Label12" << QRect(444, 9, 112, 41);
-    QTest::newRow("cmdRight") << "cmdRight" << QRect(562, 9, 45, 41);
-    QTest::newRow("cmdLeft mirrors cmdRight") << "cmdLeft" << QRect(393, 9, 45, 41);
-    QTest::newRow("middle separator") << "Line1_1" << QRect(500, 60, 1, 668);
-    QTest::newRow("row separator stays") << "Line5" << QRect(8, 508, 1067, 1);
-}
-
-void TestUserControl1::resizeTo10000Twips()
-{
-    QFETCH(QString, name);
-    QFETCH(QRect, pixels);
-    UserControl1 c;
-    c.show();
-    c.resize(1000, c.height());
-    QCOMPARE(c.findChild<QWidget *>(name)->geometry(), pixels);
-    QCOMPARE(c.findChild<QLabel *>("f1_461")->font().pixelSize(), 18); // 8.9 pt
-    QCOMPARE(c.findChild<QLabel *>("w_0")->font().pixelSize(), 18);    // 9.1 pt
-}
 
 QTEST_MAIN(TestUserControl1)
 #include "tst_usercontrol1.moc"
