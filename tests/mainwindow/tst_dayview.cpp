@@ -1,4 +1,5 @@
 #include "mainwindow/DayView.h"
+#include "mainwindow/EventLookup.h"
 #include "runtime/DateText.h"
 #include "runtime/Locale.h"
 #include "runtime/RuntimeError.h"
@@ -25,6 +26,15 @@ store::RecurringEvent recurring(const QString &type, const QString &day, const Q
                                 const QString &month = {})
 {
     return {type, day, month, "9:00 AM", memo, "Work"};
+}
+
+store::Model lookupModel()
+{
+    store::Model m = model();
+    m.events << store::Event{0, 0, "Lunch with Ann", "Work"}
+             << store::Event{0, 0, "&**C:\\notes.txt", "Work"} << store::Event{0, 0, "", "Work"};
+    m.recurring << store::RecurringEvent{"Daily", "", "", "00:00", "Weekly lunch", "Work"};
+    return m;
 }
 
 } // namespace
@@ -156,6 +166,43 @@ private slots:
         m.recurring << recurring(store::kDaily, "", "&**C:\\x.exe");
         QVERIFY_THROWS_EXCEPTION(rt::RuntimeError,
                                  dayview::n1Targets("x.exe...", "&**C:\\x.exe", m));
+    }
+
+    // The find window's search, and the lookup of the text it hands on.
+    void fFind_data()
+    {
+        QTest::addColumn<QString>("keyword");
+        QTest::addColumn<QStringList>("found");
+        QTest::newRow("action text with its marker") << "&**c:" << QStringList{"&**C:\\notes.txt"};
+        QTest::newRow("empty keyword, empty memo left out")
+            << "" << QStringList{"Lunch with Ann", "&**C:\\notes.txt", "Weekly lunch"};
+    }
+    void fFind()
+    {
+        QFETCH(QString, keyword);
+        QFETCH(QStringList, found);
+        QCOMPARE(eventlookup::fFind(lookupModel(), keyword), found);
+    }
+
+    void modi_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("recurring");
+        QTest::addColumn<int>("number"); // 0: none
+        QTest::newRow("one-off memo") << "Lunch with Ann" << false << 1;
+        QTest::newRow("action as the find window shows it") << "C:\\notes.txt" << false << 2;
+        QTest::newRow("recurring memo") << "Weekly lunch" << true << 1;
+        QTest::newRow("other case") << "weekly lunch" << false << 0;
+    }
+    void modi()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, recurring);
+        QFETCH(int, number);
+        const auto found = eventlookup::modi(lookupModel(), text);
+        QCOMPARE(found.has_value(), number != 0);
+        if (found)
+            QCOMPARE(*found, (eventlookup::Found{recurring, number}));
     }
 };
 

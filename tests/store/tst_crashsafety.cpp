@@ -1,17 +1,13 @@
 // A writer process is killed at random moments while it rewrites a large store key by key;
 // the store on disk must always be a complete file, either before or after some write.
 
+#include "Fixtures.h"
 #include "store/ini.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QThread>
 
 namespace
@@ -59,13 +55,9 @@ private slots:
         QTemporaryDir dir;
         const QString path = dir.filePath("Data.ini");
         const QByteArray initial = initialStore();
-        {
-            QFile f(path);
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write(initial);
-        }
-        const QList<QByteArray> expectedLines = initial.split('\n');
-        const QRegularExpression counter(QStringLiteral("^counter=v\\d+x*\r$"));
+        writeBytes(path, initial);
+        // Every counter back at its first value gives the first store again.
+        const QRegularExpression counter(QStringLiteral("counter=v\\d+x*\r\n"));
 
         QRandomGenerator random(7);
         QElapsedTimer clock;
@@ -80,18 +72,9 @@ private slots:
             writer.kill(); // SIGKILL
             QVERIFY(writer.waitForFinished());
 
-            QFile f(path);
-            QVERIFY(f.open(QIODevice::ReadOnly));
-            const QByteArray now = f.readAll();
-            QVERIFY(now.endsWith("marker=intact\r\n"));
-            const QList<QByteArray> lines = now.split('\n');
-            QCOMPARE(lines.size(), expectedLines.size());
-            for (qsizetype i = 0; i < lines.size(); ++i) {
-                if (expectedLines[i].startsWith("counter="))
-                    QVERIFY2(counter.match(QString::fromLatin1(lines[i])).hasMatch(), lines[i]);
-                else
-                    QCOMPARE(lines[i], expectedLines[i]);
-            }
+            const QByteArray now = readBytes(path);
+            QCOMPARE(QString::fromLatin1(now).replace(counter, "counter=v0\r\n").toLatin1(),
+                     initial);
             changedRounds += now != previous;
             previous = now;
         }
