@@ -369,7 +369,9 @@ std::optional<Date> parseDate(const QString &text)
     const auto date = parseDatePart(all.data() + first, before ? before : after, locale);
     if (!date)
         return std::nullopt;
-    return *date + time->fraction;
+    // Before 30 December 1899 the whole part is negative and the time still counts forward
+    // from its midnight: 6:00 on day -2 is -2.25.
+    return *date < 0 ? *date - time->fraction : *date + time->fraction;
 }
 
 bool IsDate(const QString &text)
