@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/Locale.h"
+#include "runtime/MsgBox.h"
 #include "runtime/ProgramFolder.h"
 #include "runtime/RuntimeError.h"
 #include "store/Files.h"
@@ -28,6 +29,17 @@ inline void writeBytes(const QString &path, const QByteArray &bytes)
 inline QByteArray crlf(QByteArray text)
 {
     return text.replace("\n", "\r\n");
+}
+
+// The boxes shown, one a line: "prompt|style", and "|title" where it is not the program's.
+inline QString shownBoxes(const rt::MsgBoxRecorder &boxes)
+{
+    QStringList lines;
+    for (const rt::MsgBoxCall &call : boxes.calls) {
+        lines << call.prompt + '|' + QString::number(call.style) +
+                     (call.title == "ORVA Calendar" ? QString() : '|' + call.title);
+    }
+    return lines.join('\n');
 }
 
 // A program folder of its own and the en_US locale, for tests that read and write Data.ini.

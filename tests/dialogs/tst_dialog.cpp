@@ -46,14 +46,6 @@ class TestDialog : public QObject
         return control;
     }
     void check(const char *name) { c<QRadioButton>(name)->setChecked(true); }
-    // The boxes shown, one "prompt|style" a line.
-    QString shown() const
-    {
-        QStringList lines;
-        for (const MsgBoxCall &call : boxes->calls)
-            lines << call.prompt + '|' + QString::number(call.style);
-        return lines.join('\n');
-    }
     void type(const char *name, const QString &text)
     {
         if (auto *box = dialog->findChild<QComboBox *>(QLatin1String(name)))
@@ -154,7 +146,7 @@ private slots:
         type(action ? "txtaction" : "txtmemo", text);
         type(recurring ? "cmbtime2" : "cmbtime", time);
         dialog->OKButton_Click();
-        QCOMPARE(shown(), box);
+        QCOMPARE(shownBoxes(*boxes), box);
         if (box.isEmpty()) {
             QCOMPARE(dialog->result(), int(QDialog::Accepted));
             QCOMPARE(store::readEventRecord(2).time, time.toUpper());
@@ -251,7 +243,7 @@ private slots:
         boxes->nextInputs << answer;
         type("cmbcat", "New..");
         dialog->cmbcat_Click();
-        QTEST(shown(), "boxes");
+        QTEST(shownBoxes(*boxes), "boxes");
         QByteArray expected = kCategories + added;
         if (!added.isEmpty())
             expected.replace("c=3", "c=4");

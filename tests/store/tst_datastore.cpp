@@ -75,7 +75,6 @@ private slots:
     void removeEvent()
     {
         QFETCH(int, k);
-        QFETCH(QByteArray, expected);
         QList<EventRecord> events(1);
         QByteArray before = crlf("[count]\nc=4\n");
         for (int i = 1; i <= 4; ++i) {
@@ -86,7 +85,7 @@ private slots:
         }
         writeBytes(files::dataIni(), before);
         store::removeEvent(events, k);
-        QCOMPARE(TestFolder::data(), expected);
+        QTEST(TestFolder::data(), "expected");
     }
 
     void removeRecurringKeyOrder()
@@ -188,11 +187,10 @@ private slots:
     {
         QFETCH(QByteArray, file);
         QFETCH(int, events);
-        QFETCH(int, categories);
         writeBytes(files::dataIni(), file);
         const Model m = loadModel();
         QCOMPARE(m.eventCount(), events);
-        QCOMPARE(m.categoryCount(), categories);
+        QTEST(m.categoryCount(), "categories");
         QCOMPARE(m.categoryColours.size(), m.categoryNames.size());
         for (int i = 2; i <= m.eventCount(); ++i)
             QCOMPARE(m.events[i].date, 0.0);

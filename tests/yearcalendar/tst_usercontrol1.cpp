@@ -187,11 +187,10 @@ private slots:
     void resizeTo10000Twips()
     {
         QFETCH(QString, name);
-        QFETCH(QRect, pixels);
         UserControl1 c;
         c.show();
         c.resize(1000, c.height());
-        QCOMPARE(c.findChild<QWidget *>(name)->geometry(), pixels);
+        QTEST(c.findChild<QWidget *>(name)->geometry(), "pixels");
         QCOMPARE(c.findChild<QLabel *>("f1_461")->font().pixelSize(), 18); // 8.9 pt
         QCOMPARE(c.findChild<QLabel *>("w_0")->font().pixelSize(), 18);    // 9.1 pt
     }
