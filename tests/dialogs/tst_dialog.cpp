@@ -46,6 +46,17 @@ class TestDialog : public QObject
         return control;
     }
     void check(const char *name) { c<QRadioButton>(name)->setChecked(true); }
+    // The stored texts of an item, "|" between them.
+    static QString record(int n)
+    {
+        const store::EventRecord e = store::readEventRecord(n);
+        return QStringList{e.date, e.time, e.memo, e.cat}.join('|');
+    }
+    static QString recurringRecord(int n)
+    {
+        const store::RecurringEvent r = store::readRecurringEvent(n);
+        return QStringList{r.type, r.day, r.month, r.time, r.memo, r.cat}.join('|');
+    }
     void type(const char *name, const QString &text)
     {
         if (auto *box = dialog->findChild<QComboBox *>(QLatin1String(name)))
@@ -63,25 +74,26 @@ private slots:
         delete boxes;
     }
 
-    // The count first, then the new section's keys.
+    // Which boxes give which texts; the store's write order is tested with the store.
     void addsAnEvent_data()
     {
         QTest::addColumn<QString>("kind"); // empty: a one-off event
-        QTest::addColumn<QByteArray>("keys");
+        QTest::addColumn<QString>("stored");
         QTest::newRow("one-off") << ""
-                                 << QByteArray("[count]\nc=1\n[1]\nDate=7/29/2004\nTime=00:00\n"
-                                               "Memo=Dentist\n");
-        const QByteArray tail = "Time=10:30 PM\nMemo=&**C:\\Tools\\run.exe\n";
-        const QByteArray head = "[rcount]\nc=1\n[r1]\n";
-        QTest::newRow("daily") << "Optdaily" << head + "Type=Daily\n" + tail;
-        QTest::newRow("weekly") << "optWeekly" << head + "Type=Weekly\nDay=Friday\n" + tail;
-        QTest::newRow("monthly") << "optMonthly" << head + "Type=Monthly\nDay=29\n" + tail;
-        QTest::newRow("yearly") << "optYearly" << head + "Type=Yearly\nDay=29\nMonth=2\n" + tail;
+                                 << "7/29/2004|00:00|Dentist|Health";
+        const QString tail = "|10:30 PM|&**C:\\Tools\\run.exe|Health";
+        QTest::newRow("daily") << "Optdaily"
+                               << "Daily||" + tail;
+        QTest::newRow("weekly") << "optWeekly"
+                                << "Weekly|Friday|" + tail;
+        QTest::newRow("monthly") << "optMonthly"
+                                 << "Monthly|29|" + tail;
+        QTest::newRow("yearly") << "optYearly"
+                                << "Yearly|29|2" + tail;
     }
     void addsAnEvent()
     {
         QFETCH(QString, kind);
-        QFETCH(QByteArray, keys);
         open(kCategories);
         type("cmbtime", "all DAY");
         type("txtmemo", "Dentist");
@@ -99,7 +111,10 @@ private slots:
         dialog->OKButton_Click();
         QCOMPARE(dialog->result(), int(QDialog::Accepted));
         QVERIFY(boxes->calls.isEmpty());
-        QCOMPARE(TestFolder::data(), crlf(kCategories + keys + "Cat=Health\n"));
+        QCOMPARE(
+            store::readCount(kind.isEmpty() ? store::kCountSection : store::kRecurringCountSection),
+            1);
+        QTEST(kind.isEmpty() ? record(1) : recurringRecord(1), "stored");
     }
 
     // OK either shows one box and stores nothing, or stores the event.
@@ -190,24 +205,16 @@ private slots:
         type("txtmemo", "Two");
         dialog->OKButton_Click();
         QVERIFY(boxes->calls.isEmpty());
-        QCOMPARE(TestFolder::data(),
-                 crlf(kCategories +
-                      QByteArray(events)
-                          .replace("Date=7/1/2004\nTime=00:00", "Date=8/5/2004\nTime=25:99")
-                          .replace("a.txt\nCat=Work", "a.txt\nCat=Health") +
-                      "[4]\nMemo=Two\n"));
+        QCOMPARE(store::readCount(store::kCountSection), 3);
+        QCOMPARE(record(1), "8/5/2004|25:99|&**C:\\a.txt|Health");
+        QCOMPARE(record(4), "||Two|");
     }
 
     // Recurring event 2 of 5 writes 2 as the count.
     void modifiesARecurringEvent()
     {
-        QByteArray recurring = "[rcount]\nc=5\n";
-        for (int n = 1; n <= 5; ++n)
-            recurring += "[r" + QByteArray::number(n) +
-                         "]\nType=Yearly\nDay=29\nMonth=2\n"
-                         "Time=00:00\nMemo=m" +
-                         QByteArray::number(n) + "\nCat=Work\n";
-        open(kCategories + recurring);
+        open(kCategories + "[rcount]\nc=5\n[r2]\nType=Yearly\nDay=29\nMonth=2\nTime=00:00\n"
+                           "Memo=m2\nCat=Work\n");
         dialog->RModi(2);
         QVERIFY(c<QRadioButton>("optYearly")->isChecked());
         QCOMPARE(c<QComboBox>("txtday")->currentText(), "29");
@@ -215,11 +222,8 @@ private slots:
         check("optWeekly");
         type("txtday1", "Monday");
         dialog->OKButton_Click();
-        QByteArray expected = recurring;
-        expected.replace("c=5", "c=2")
-            .replace("[r2]\nType=Yearly\nDay=29\nMonth=2\n", "[r2]\nType=Weekly\nDay=Monday\n"
-                                                             "Month=2\n");
-        QCOMPARE(TestFolder::data(), crlf(kCategories + expected));
+        QCOMPARE(store::readCount(store::kRecurringCountSection), 2);
+        QCOMPARE(recurringRecord(2), "Weekly|Monday|2|00:00|m2|Work");
     }
 
     void newCategory_data()

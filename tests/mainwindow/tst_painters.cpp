@@ -59,11 +59,12 @@ private:
     WinColor white = kWhite;
 };
 
+// "Work" twice: the later one's colour counts.
 store::Model model()
 {
     store::Model m;
-    m.categoryNames = {"", "More", "Work", "Home"};
-    m.categoryColours = {"", "100", "200", "300"};
+    m.categoryNames = {"", "More", "Work", "Home", "Work"};
+    m.categoryColours = {"", "100", "150", "300", "200"};
     m.recurring = {{}};
     m.events = {{}};
     return m;
@@ -126,8 +127,8 @@ private slots:
             {recurring(store::kYearly, "29", "Work", "7"),
              recurring(store::kYearly, "29", "Home", "7")},
             0, "100x1; 2 calls, last 2004-07-29");
-        row("yearly: an unknown category is black", 2004, "yearly",
-            {recurring(store::kYearly, "29", "Nope", "7")}, 0, "0x1; 1 calls, last 2004-07-29");
+        row("yearly: a name in another case is no category: black", 2004, "yearly",
+            {recurring(store::kYearly, "29", "work", "7")}, 0, "0x1; 1 calls, last 2004-07-29");
         // One-off events compare the day with black, not with their own colour.
         row("category: a one-off event", 2004, "category", {}, 1,
             "200x1; 1 calls, last 2004-03-03");
@@ -163,45 +164,6 @@ private slots:
         QCOMPARE(filters.mon, painter == "monthly");
         QCOMPARE(filters.yearly, painter == "yearly");
         QCOMPARE(filters.v1[2].checked, painter == "category");
-    }
-
-    void laterDuplicateCategoryWins()
-    {
-        store::Model m = model();
-        m.categoryNames << "Work";
-        m.categoryColours << "999";
-        QCOMPARE(Painters(calendar, m, filters).category_colour("Work"), WinColor(999));
-        QCOMPARE(Painters(calendar, m, filters).category_colour("work"), WinColor(0));
-    }
-
-    void repaintFollowsFilters_data()
-    {
-        QTest::addColumn<bool>("work");
-        QTest::addColumn<bool>("weekly");
-        QTest::addColumn<bool>("yearly");
-        QTest::addColumn<int>("painted");
-        QTest::newRow("none") << false << false << false << 0;
-        QTest::newRow("weekly only") << false << true << false << 52;
-        QTest::newRow("yearly only") << false << false << true << 1;
-        QTest::newRow("category") << true << false << false << 52 + 1 + 1;
-    }
-    void repaintFollowsFilters()
-    {
-        QFETCH(bool, work);
-        QFETCH(bool, weekly);
-        QFETCH(bool, yearly);
-        QFETCH(int, painted);
-        store::Model m = model();
-        m.recurring << recurring(store::kWeekly, "Monday", "Work")
-                    << recurring(store::kYearly, "29", "Work", "7")
-                    << recurring(store::kDaily, "", "Work");
-        m.events << store::Event{DateSerial(2004, 3, 3), 0, "m", "Work"};
-        filters.v1 = {{"Work", work}};
-        filters.weekly = weekly;
-        filters.yearly = yearly;
-        calendar.colours[int(DateSerial(2004, 5, 5))] = 12345;
-        Painters(calendar, m, filters).repaint();
-        QCOMPARE(calendar.colours.size(), painted);
     }
 };
 
