@@ -7,7 +7,7 @@ packages=(
   cmake g++ make pkg-config
   qt6-base-dev qt6-base-dev-tools libqt6opengl6-dev qt6-multimedia-dev
   libassimp-dev libgl1-mesa-dri
-  xvfb xauth xdotool imagemagick poppler-utils trayer fonts-liberation2 faketime
+  xvfb xauth xdotool imagemagick poppler-utils trayer openbox fonts-liberation2 faketime
   clang libclang-rt-14-dev
 )
 

@@ -1,0 +1,302 @@
+# Shared by the end-to-end scripts: each one runs the built program as a user would, on a
+# private X display with a window manager and a tray, in a throwaway copy of the program
+# folder, and drives it with xdotool.
+#
+#   source lib.sh; e2e_init "$@"      # $1: the built program folder (default build/bin)
+#
+# E2E_KEEP=1 keeps the work folder (store, screenshots, logs) even when the script passes.
+
+E2E_DIR=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+E2E_SOURCE_DATA=$E2E_DIR/../../data
+
+set -euo pipefail
+
+log() { printf '[%6.1fs] %s\n' "$(e2e_elapsed)" "$*" >&2; }
+fail() {
+    printf 'FAIL: %s\n' "$*" >&2
+    exit 1
+}
+
+e2e_elapsed() { awk -v now="$(date +%s%N)" -v t0="$E2E_T0" 'BEGIN { printf "%.1f", (now - t0) / 1e9 }'; }
+
+# Re-runs the calling script under its own X server, then sets up the work folder.
+e2e_init() {
+    if [ -z "${E2E_DISPLAY_READY:-}" ]; then
+        local tool
+        for tool in xvfb-run xdotool trayer openbox import convert; do
+            command -v "$tool" >/dev/null || fail "$tool is missing: run scripts/setup.sh"
+        done
+        # A random first display number: xvfb-run -a alone races with other runs started at
+        # the same moment.
+        E2E_DISPLAY_READY=1 exec xvfb-run -a -n $((200 + RANDOM % 600)) \
+            -s "-screen 0 1280x800x24 -nolisten tcp" bash "$0" "$@"
+    fi
+    E2E_T0=$(date +%s%N)
+    E2E_BIN=$(cd "${1:-$E2E_DIR/../../build/bin}" && pwd)
+    [ -x "$E2E_BIN/orva-calendar" ] || fail "no program in $E2E_BIN"
+
+    WORK=$(mktemp -d "${TMPDIR:-/tmp}/orva-e2e.XXXXXX")
+    PROG=$WORK/prog
+    SHOTS=$WORK/shots
+    mkdir -p "$PROG" "$SHOTS" "$WORK/home" "$WORK/cwd" "$WORK/run"
+    chmod 700 "$WORK/run"
+    APP_PID=
+    E2E_PIDS=()
+    trap e2e_cleanup EXIT
+    install_program
+    start_desktop
+}
+
+e2e_cleanup() {
+    local status=$?
+    stop_program
+    local pid
+    for pid in "${E2E_PIDS[@]}"; do
+        kill "$pid" 2>/dev/null || true
+        wait "$pid" 2>/dev/null || true
+    done
+    if [ "$status" -ne 0 ] || [ -n "${E2E_KEEP:-}" ]; then
+        echo "work folder kept: $WORK" >&2
+        [ "$status" -eq 0 ] || { echo "--- program log" >&2; cat "$WORK"/program*.log >&2 2>/dev/null || true; }
+    else
+        rm -rf "$WORK"
+    fi
+    exit "$status"
+}
+
+# The program folder as installed: the executable and the files it ships, with the first store
+# from the sources, whatever a developer's runs left in the build folder.
+install_program() {
+    local f
+    for f in "$E2E_BIN"/*; do
+        case ${f##*/} in
+        Data.ini | Pass.ini | temp.url | Last_Print.txt) ;;
+        *) [ -f "$f" ] && cp -p "$f" "$PROG/" ;;
+        esac
+    done
+    cp "$E2E_SOURCE_DATA/Data.ini" "$PROG/Data.ini"
+}
+
+start_desktop() {
+    openbox --startup "touch $WORK/wm-ready" >"$WORK/openbox.log" 2>&1 &
+    E2E_PIDS+=($!)
+    wait_until 20 "the window manager" test -e "$WORK/wm-ready"
+    trayer --edge top --align right --widthtype pixel --width 120 --height 28 \
+        --SetDockType true --expand false >"$WORK/trayer.log" 2>&1 &
+    E2E_PIDS+=($!)
+    wait_until 20 "the tray" xdotool search --onlyvisible --classname '^panel$'
+}
+
+# wait_until SECONDS WHAT COMMAND...: polls COMMAND until it succeeds.
+wait_until() {
+    local seconds=$1 what=$2
+    shift 2
+    local deadline=$(($(date +%s) + seconds))
+    until "$@" >/dev/null 2>&1; do
+        [ "$(date +%s)" -lt "$deadline" ] || fail "timed out after ${seconds}s waiting for $what"
+        sleep 0.2
+    done
+}
+
+# start_program [FAKE-START]: starts the program from the throwaway folder; with a time such
+# as "2026-03-03 08:59:50" its clock starts there and runs on.
+start_program() {
+    local env=(
+        QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8 LANG=C.UTF-8 TZ=UTC
+        HOME="$WORK/home" XDG_RUNTIME_DIR="$WORK/run" XDG_CONFIG_HOME="$WORK/home/.config"
+        XDG_CACHE_HOME="$WORK/home/.cache" XDG_DATA_HOME="$WORK/home/.local/share"
+    )
+    if [ -n "${1:-}" ]; then
+        local lib
+        lib=$(ls /usr/lib/*/faketime/libfaketime.so.1 2>/dev/null | head -n1)
+        [ -n "$lib" ] || fail "libfaketime is missing: run scripts/setup.sh"
+        # Qt's timers run on the monotonic clock, which stays real.
+        env+=(LD_PRELOAD="$lib" FAKETIME="@$1" FAKETIME_DONT_FAKE_MONOTONIC=1)
+    fi
+    E2E_RUNS=$((${E2E_RUNS:-0} + 1))
+    # No session bus: the tray icon goes to the XEmbed tray, as on a plain X desktop.
+    (cd "$WORK/cwd" && exec env -u DBUS_SESSION_BUS_ADDRESS -u QT_QPA_PLATFORMTHEME \
+        -u SESSION_MANAGER "${env[@]}" "$PROG/orva-calendar") >"$WORK/program$E2E_RUNS.log" 2>&1 &
+    APP_PID=$!
+    APP_STATUS=
+    log "program started (pid $APP_PID${1:+, clock at $1})"
+}
+
+stop_program() {
+    if [ -n "${APP_PID:-}" ] && kill -0 "$APP_PID" 2>/dev/null; then
+        kill "$APP_PID" 2>/dev/null || true
+        wait "$APP_PID" 2>/dev/null || true
+    fi
+    APP_PID=
+}
+
+program_running() { [ -n "${APP_PID:-}" ] && kill -0 "$APP_PID" 2>/dev/null; }
+
+# wait_exit SECONDS: waits for the program to end; its exit status is then in APP_STATUS.
+wait_exit() {
+    local deadline=$(($(date +%s) + $1))
+    while program_running; do
+        [ "$(date +%s)" -lt "$deadline" ] || fail "the program still runs after $1s"
+        sleep 0.2
+    done
+    APP_STATUS=0
+    wait "$APP_PID" || APP_STATUS=$?
+    APP_PID=
+    log "program ended with status $APP_STATUS"
+}
+
+regex_quote() { printf '%s' "$1" | sed 's/[][\.*^$+?(){}|]/\\&/g'; }
+
+# find_window TITLE: the shown windows with exactly that title.
+find_window() { xdotool search --onlyvisible --name "^$(regex_quote "$1")\$" 2>/dev/null; }
+
+# wait_window TITLE [SECONDS]: prints the id of the shown window with that title.
+wait_window() {
+    local title=$1 deadline=$(($(date +%s) + ${2:-30})) ids
+    while :; do
+        ids=$(find_window "$title") && [ -n "$ids" ] && break
+        program_running || fail "the program ended before \"$title\" appeared"
+        [ "$(date +%s)" -lt "$deadline" ] || fail "no window \"$title\" after ${2:-30}s"
+        sleep 0.2
+    done
+    log "window \"$title\" is shown"
+    echo "${ids%%$'\n'*}"
+}
+
+# wait_gone TITLE [SECONDS]
+wait_gone() {
+    local deadline=$(($(date +%s) + ${2:-15}))
+    while [ -n "$(find_window "$1")" ]; do
+        [ "$(date +%s)" -lt "$deadline" ] || fail "window \"$1\" still shown after ${2:-15}s"
+        sleep 0.2
+    done
+}
+
+# Keyboard input goes to the window given focus first.
+focus() {
+    xdotool windowactivate --sync "$1" >/dev/null 2>&1 || xdotool windowfocus --sync "$1"
+    sleep 0.2
+}
+keys() { xdotool key --delay 80 "$@"; }
+type_text() { xdotool type --delay 40 -- "$1"; }
+
+# click X Y [BUTTON [COUNT]]. Not "mousemove --sync": it waits for a motion that never comes
+# when the pointer is already there.
+click() {
+    xdotool mousemove "$1" "$2"
+    sleep 0.2
+    xdotool click --repeat "${4:-1}" --delay 100 "${3:-1}"
+}
+double_click() { click "$1" "$2" 1 2; }
+
+# shot NAME: a screenshot of the whole screen; prints its path.
+shot() {
+    local file=$SHOTS/$1.png
+    import -window root "$file"
+    echo "$file"
+}
+
+# colour_box SHOT COLOUR X Y W H: "width height left top" of the pixels of exactly COLOUR
+# inside the region, in screen coordinates; nothing when there are none.
+colour_box() {
+    local file=$1 colour=$2 x=$3 y=$4 w=$5 h=$6 count
+    count=$(convert "$file" -crop "${w}x${h}+${x}+${y}" +repage -fill black +opaque "$colour" \
+        -fill white -opaque "$colour" -format '%[fx:int(mean*w*h+0.5)]' info:)
+    [ "$count" -gt 0 ] || return 0
+    convert "$file" -crop "${w}x${h}+${x}+${y}" +repage -fill black +opaque "$colour" \
+        -fill white -opaque "$colour" -trim -format '%w %h %X %Y' info: |
+        awk -v x="$x" -v y="$y" '{print $1, $2, x + $3, y + $4}'
+}
+
+# colour_count SHOT COLOUR X Y W H: how many pixels of the region are exactly COLOUR.
+colour_count() {
+    convert "$1" -crop "${5}x${6}+${3}+${4}" +repage -fill black +opaque "$2" \
+        -fill white -opaque "$2" -format '%[fx:int(mean*w*h+0.5)]' info:
+}
+
+# pixel SHOT X Y: "r,g,b" of one pixel.
+pixel() {
+    convert "$1" -format "%[fx:int(255*p{$2,$3}.r+.5)],%[fx:int(255*p{$2,$3}.g+.5)],%[fx:int(255*p{$2,$3}.b+.5)]" info:
+}
+
+# window_box ID: "x y width height" of a window on screen.
+window_box() {
+    xdotool getwindowgeometry "$1" |
+        awk '/Position:/ {split($2, p, ","); x = p[1]; y = p[2]}
+             /Geometry:/ {split($2, g, "x"); print x, y, g[1], g[2]}'
+}
+
+# tray_icon_centre: "x y" of the program's icon inside the tray.
+tray_icon_centre() {
+    local panel id
+    read -r px py pw ph < <(window_box "$(xdotool search --onlyvisible --classname '^panel$' | head -n1)")
+    for id in $(xdotool search --classname '^orva-calendar$' 2>/dev/null); do
+        read -r x y w h < <(window_box "$id")
+        if [ "$x" -ge "$px" ] && [ "$y" -ge "$py" ] && [ $((x + w)) -le $((px + pw)) ] &&
+            [ $((y + h)) -le $((py + ph)) ]; then
+            echo $((x + w / 2)) $((y + h / 2))
+            return 0
+        fi
+    done
+    return 1
+}
+
+# The lines of a store, each ended by CR LF, as the profile functions write them.
+ini_lines() { printf '%s\r\n' "$@"; }
+
+# expect_file EXPECTED ACTUAL WHAT: byte for byte, with both shown on a mismatch.
+expect_file() {
+    if ! cmp -s "$1" "$2"; then
+        echo "--- expected $3" >&2
+        od -c "$1" >&2
+        echo "--- actual" >&2
+        od -c "$2" >&2 || true
+        fail "$3 differs from what was expected"
+    fi
+}
+
+# folder_state DIR: names and checksums of every file in DIR.
+folder_state() { (cd "$1" && find . -type f -print0 | sort -z | xargs -0 sha256sum); }
+
+# win_colour VALUE: a Windows colour value of the store (red in the low byte) as "#RRGGBB".
+win_colour() { printf '#%02X%02X%02X' $(($1 & 255)) $(($1 >> 8 & 255)) $(($1 >> 16 & 255)); }
+
+# category_colour NAME: the colour of a category of the shipped store, as "#RRGGBB".
+category_colour() {
+    tr -d '\r' <"$E2E_SOURCE_DATA/Data.ini" | awk -v name="$1" -F= '
+        /^\[/ { in_s = ($0 == "[Categories]") }
+        in_s && $1 ~ /^[0-9]+$/ && $2 == name { n = $1 }
+        in_s && $1 ~ /^[0-9]+c$/ { colour[$1] = $2 }
+        END { print colour[n "c"] }' | {
+        read -r value
+        [ -n "$value" ] || fail "no category $1 in the shipped store"
+        win_colour "$value"
+    }
+}
+
+# january_title SHOT: "x y" of the top left corner of the calendar's January title, the first
+# of the month titles' blue boxes; the tray at the top right is left out.
+january_title() {
+    local box
+    box=$(colour_box "$1" '#0000FF' 0 0 1150 800)
+    [ -n "$box" ] || fail "no calendar in $1"
+    echo "$box" | awk '{print $3, $4}'
+}
+
+# day_cell_centre SHOT MONTH WEEK WEEKDAY: the centre of a day cell (week and weekday counted
+# from 0, Sunday first), from the calendar's layout in twips, 15 to the pixel: month titles on
+# a 4 x 3 grid, the first week 720 twips below its title, cells 360 across and 240 down.
+day_cell_centre() {
+    local jx jy left=(83 2843 5610 8370) top=(600 2880 5160) m=$(($2 - 1))
+    read -r jx jy < <(january_title "$1")
+    echo $((jx + (${left[m % 4]} - 83 + 360 * $4) / 15 + 7)) \
+        $((jy + (${top[m / 4]} - 600 + 720 + 240 * $3) / 15 + 6))
+}
+
+# choose_exit WINDOW: File > Exit from the keyboard.
+choose_exit() {
+    focus "$1"
+    keys alt+f
+    sleep 0.3
+    keys Up Return
+}
