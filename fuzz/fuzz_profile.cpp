@@ -46,8 +46,10 @@ QList<Op> parseOps(const QByteArray &text)
 // comments, code page, length).
 bool plain(const Op &op)
 {
-    static const QRegularExpression name(QStringLiteral("^[A-Za-z0-9_]{1,24}$"));
-    static const QRegularExpression value(QStringLiteral("^([!#-&(-~]([ -~]{0,200}[!#-&(-~])?)?$"));
+    static const QRegularExpression name(
+        QRegularExpression::anchoredPattern(QStringLiteral("[A-Za-z0-9_]{1,24}")));
+    static const QRegularExpression value(QRegularExpression::anchoredPattern(
+        QStringLiteral("([!#-&(-~]([ -~]{0,200}[!#-&(-~])?)?")));
     return name.match(op.section).hasMatch() && name.match(op.key).hasMatch() &&
            value.match(op.value).hasMatch();
 }
