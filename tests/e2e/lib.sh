@@ -43,6 +43,7 @@ e2e_init() {
     APP_PID=
     E2E_PIDS=()
     trap e2e_cleanup EXIT
+    trap 'exit 143' TERM INT HUP
     install_program
     start_desktop
 }
@@ -196,30 +197,25 @@ shot() {
     echo "$file"
 }
 
-# colour_box SHOT COLOUR X Y W H: "width height left top" of the pixels of exactly COLOUR
-# inside the region, in screen coordinates; nothing when there are none.
-colour_box() {
-    local file=$1 colour=$2 x=$3 y=$4 w=$5 h=$6 count
-    count=$(convert "$file" -crop "${w}x${h}+${x}+${y}" +repage -fill black +opaque "$colour" \
-        -fill white -opaque "$colour" -format '%[fx:int(mean*w*h+0.5)]' info:)
-    [ "$count" -gt 0 ] || return 0
-    convert "$file" -crop "${w}x${h}+${x}+${y}" +repage -fill black +opaque "$colour" \
-        -fill white -opaque "$colour" -trim -format '%w %h %X %Y' info: |
-        awk -v x="$x" -v y="$y" '{print $1, $2, x + $3, y + $4}'
+# colour_mask SHOT COLOUR X Y W H FORMAT [OPERATOR...]: the region with COLOUR white and
+# everything else black, described by an ImageMagick format.
+colour_mask() {
+    convert "$1" -crop "${5}x${6}+${3}+${4}" +repage -fill black +opaque "$2" \
+        -fill white -opaque "$2" "${@:8}" -format "$7" info:
 }
 
 # colour_count SHOT COLOUR X Y W H: how many pixels of the region are exactly COLOUR.
-colour_count() {
-    convert "$1" -crop "${5}x${6}+${3}+${4}" +repage -fill black +opaque "$2" \
-        -fill white -opaque "$2" -format '%[fx:int(mean*w*h+0.5)]' info:
+colour_count() { colour_mask "$@" '%[fx:int(mean*w*h+0.5)]'; }
+
+# colour_box SHOT COLOUR X Y W H: "width height left top" of the pixels of exactly COLOUR
+# inside the region, in screen coordinates; nothing when there are none.
+colour_box() {
+    [ "$(colour_count "$@")" -gt 0 ] || return 0
+    colour_mask "$@" '%w %h %X %Y' -trim | awk -v x="$3" -v y="$4" '{print $1, $2, x + $3, y + $4}'
 }
 
-# pixel SHOT X Y: "r,g,b" of one pixel.
-pixel() {
-    convert "$1" -format "%[fx:int(255*p{$2,$3}.r+.5)],%[fx:int(255*p{$2,$3}.g+.5)],%[fx:int(255*p{$2,$3}.b+.5)]" info:
-}
-
-# window_box ID: "x y width height" of a window on screen.
+# window_box ID: "x y width height" of a window on screen. A framed window comes out shifted
+# by its frame's border and title bar: this xdotool adds their offset twice.
 window_box() {
     xdotool getwindowgeometry "$1" |
         awk '/Position:/ {split($2, p, ","); x = p[1]; y = p[2]}
@@ -228,7 +224,7 @@ window_box() {
 
 # tray_icon_centre: "x y" of the program's icon inside the tray.
 tray_icon_centre() {
-    local panel id
+    local id px py pw ph x y w h
     read -r px py pw ph < <(window_box "$(xdotool search --onlyvisible --classname '^panel$' | head -n1)")
     for id in $(xdotool search --classname '^orva-calendar$' 2>/dev/null); do
         read -r x y w h < <(window_box "$id")
