@@ -173,9 +173,10 @@ wait_gone() {
     done
 }
 
-# Keyboard input goes to the window given focus first.
+# Keyboard input goes to the window given focus first. "--sync" waits for good when the
+# window manager does not comply, hence the time limit.
 focus() {
-    xdotool windowactivate --sync "$1" >/dev/null 2>&1 || xdotool windowfocus --sync "$1"
+    timeout 5 xdotool windowactivate --sync "$1" >/dev/null 2>&1 || xdotool windowfocus "$1"
     sleep 0.2
 }
 keys() { xdotool key --delay 80 "$@"; }
