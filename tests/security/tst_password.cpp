@@ -104,7 +104,9 @@ private slots:
         QFETCH(QString, typed);
         setStore(store);
         bool prompted = false;
-        QTimer::singleShot(0, this, [&] {
+        // Where no prompt comes, the timer fires after this row: it dies with the row.
+        QObject row;
+        QTimer::singleShot(0, &row, [&] {
             if (auto *prompt = qobject_cast<frmpass *>(QApplication::activeModalWidget())) {
                 prompted = true;
                 prompt->txtpass()->setText(typed);
