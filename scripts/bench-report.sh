@@ -1,0 +1,73 @@
+#!/usr/bin/env bash
+# Builds and runs every benchmark and the logo's processor measurement, then prints one table
+# of the figures next to their targets. A report, not a test: the figures depend on the
+# machine and on what else it is doing, and a missed target does not fail the command.
+#
+#   bash scripts/bench-report.sh          (BUILD_DIR=build-xyz to pick another build)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/setup.sh
+build=${BUILD_DIR:-build}
+benches=(store/bench_load store/bench_profile mainwindow/bench_activate mainwindow/bench_tick
+         yearcalendar/bench_calendar)
+
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVA_BUILD_BENCH=ON >/dev/null
+cmake --build "$build" -j"$(nproc)" --target orva-calendar "${benches[@]##*/}" >/dev/null
+
+out=$(mktemp -d)
+trap 'rm -rf "$out"' EXIT
+for bench in "${benches[@]}"; do
+    echo "running ${bench##*/} ..." >&2
+    QT_QPA_PLATFORM=offscreen "$build/bench/$bench" >"$out/${bench##*/}.txt"
+done
+echo "running measure-logo-cpu.sh (25 s) ..." >&2
+BUILD_DIR="$build" bash scripts/measure-logo-cpu.sh >"$out/logo.txt"
+
+# The first number after `pattern` in a benchmark's output.
+figure() {
+    grep -oP -m1 "$2\\K[0-9]+(\\.[0-9]+)?" "$out/$1.txt" || echo "?"
+}
+
+missed=0
+printf '\n%-44s %16s  %-10s %s\n' "figure" "measured" "target" ""
+printf '%-44s %16s  %-10s %s\n' "------" "--------" "------" ""
+# row WHAT VALUE UNIT LIMIT: LIMIT empty for a figure without a target.
+row() {
+    local verdict=""
+    if [ -n "$4" ]; then
+        if awk -v v="$2" -v l="$4" 'BEGIN { exit !(v != "?" && v + 0 < l + 0) }'; then
+            verdict="met"
+        else
+            verdict="MISSED"
+            missed=$((missed + 1))
+        fi
+    fi
+    printf '%-44s %13s %-2s  %-10s %s\n' "$1" "$2" "$3" "${4:+< $4 $3}" "$verdict"
+}
+
+row "load, cache cold (bench_load)" "$(figure bench_load 'load, cache cold\s+')" ms 100
+row "  parses the load costs" "$(figure bench_load 'load, cache cold.*\(')" "" 10
+row "load, cache warm" "$(figure bench_load 'load, cache warm\s+')" ms ""
+row "every key through ReadINI, cold (bench_profile)" \
+    "$(figure bench_profile 'every key through ReadINI, cold cache:\s+')" ms ""
+row "every key through ReadINI, warm" \
+    "$(figure bench_profile 'every key through ReadINI, warm cache:\s+')" ms ""
+row "one WriteINI" "$(figure bench_profile 'one WriteINI \(atomic rewrite\):\s+')" ms ""
+row "activation, median (bench_activate)" "$(figure bench_activate 'median ')" ms 50
+row "reminder tick, median (bench_tick)" "$(figure bench_tick 'median ')" ms 0.4
+row "reminder tick, 99th percentile" "$(figure bench_tick '99th percentile ')" ms ""
+row "calendar click, mean (bench_calendar)" "$(figure bench_calendar 'left click\s+\d+ runs\s+mean\s+')" ms 5
+row "calendar click, worst" "$(figure bench_calendar 'left click\s+\d+ runs.*worst\s+')" ms ""
+row "calendar click and repaint, mean" \
+    "$(figure bench_calendar 'left click, then painting the widget\s+\d+ runs\s+mean\s+')" ms 5
+row "20,000 colour calls, mean" \
+    "$(figure bench_calendar '10,000 GetDayBackcolor\s+\d+ runs\s+mean\s+')" ms 20
+row "logo turning, window shown (CPU)" "$(figure logo 'window shown, logo turning:\s*')" % 3
+row "logo, window hidden in the tray (CPU)" "$(figure logo 'window hidden in the tray:\s*')" % 0.3
+
+echo
+if [ "$missed" -eq 0 ]; then
+    echo "every target met"
+else
+    echo "$missed target(s) missed"
+fi
