@@ -1,12 +1,16 @@
 #include "Fixtures.h"
 #include "dialogs/Dialog.h"
+#include "dialogs/frmCust.h"
 #include "runtime/MsgBox.h"
 #include "store/DataStore.h"
 
+#include <QApplication>
+#include <QColorDialog>
 #include <QComboBox>
 #include <QDateEdit>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QTimer>
 
 using namespace rt;
 
@@ -18,6 +22,17 @@ const QByteArray kCategories = "[Categories]\nc=3\n1=More\n1c=8421504\n2=Work\n2
 const QByteArray kEvents = "[count]\nc=1\n[1]\nDate=7/1/2004\nTime=00:00\nMemo=Lunch with Ann\n"
                            "Cat=Work\n[rcount]\nc=1\n[r1]\nType=Daily\nTime=9:00 AM\n"
                            "Memo=Standup\nCat=Work\n";
+
+// Answers the colour dialog the window is about to open.
+void pickNext(QObject *context, const QColor &colour)
+{
+    QTimer::singleShot(0, context, [colour] {
+        auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog);
+        dialog->setCurrentColor(colour);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+}
 
 } // namespace
 
@@ -46,7 +61,6 @@ class TestDialog : public QObject
         return control;
     }
     void check(const char *name) { c<QRadioButton>(name)->setChecked(true); }
-    // The stored texts of an item, "|" between them.
     static QString record(int n)
     {
         const store::EventRecord e = store::readEventRecord(n);
@@ -63,6 +77,13 @@ class TestDialog : public QObject
             box->setCurrentText(text);
         else
             c<QLineEdit>(name)->setText(text);
+    }
+
+    static QComboBox *cmbcat(frmCust &window) { return window.findChild<QComboBox *>("cmbcat"); }
+    static void choose(frmCust &window, const QString &entry)
+    {
+        cmbcat(window)->setCurrentText(entry);
+        window.cmbcat_Click();
     }
 
 private slots:
@@ -256,6 +277,65 @@ private slots:
         QCOMPARE(cmbcat->itemText(cmbcat->count() - 1), "New..");
         QCOMPARE(cmbcat->count(), added.isEmpty() ? 3 : 4);
         QCOMPARE(cmbcat->currentText(), added.isEmpty() ? "Health" : "Work");
+    }
+
+    // The category window.
+    void categoryOneStandsForSeveralEvents()
+    {
+        TestFolder::setData(kCategories);
+        frmCust window;
+        QStringList entries;
+        for (int i = 0; i < cmbcat(window)->count(); ++i)
+            entries << cmbcat(window)->itemText(i);
+        QCOMPARE(entries, QStringList({"More than one event", "Work", "Health", "New.."}));
+        window.selectByName("health");
+        QCOMPARE(cmbcat(window)->currentIndex(), 2);
+        window.selectByName("More");
+        QCOMPARE(cmbcat(window)->currentIndex(), 0);
+    }
+
+    // A new category is kept at once; picked colours only with OK. Blue is 0xFF0000 in the
+    // store, red 0x0000FF.
+    void closing_data()
+    {
+        QTest::addColumn<bool>("ok");
+        QTest::newRow("OK") << true;
+        QTest::newRow("Cancel") << false;
+    }
+    void closing()
+    {
+        QFETCH(bool, ok);
+        TestFolder::setData(kCategories);
+        boxes->nextInputs << "Sports";
+        {
+            frmCust window;
+            choose(window, "Work");
+            pickNext(this, Qt::blue);
+            window.cmdpalette_Click();
+            choose(window, "New..");
+            QCOMPARE(cmbcat(window)->currentText(), "Sports");
+            pickNext(this, Qt::red);
+            window.cmdpalette_Click();
+            if (ok)
+                window.OKButton_Click();
+            else
+                window.reject();
+        }
+        QByteArray expected = QByteArray(kCategories).replace("c=3", "c=4") + "4=Sports\n4c=0\n";
+        if (ok)
+            expected.replace("2c=255", "2c=16711680").replace("4c=0", "4c=255");
+        QCOMPARE(TestFolder::data(), crlf(expected));
+    }
+
+    // The first category of an empty store would be taken for "More".
+    void aFirstCategoryComesAfterMore()
+    {
+        TestFolder::setData("");
+        boxes->nextInputs << "Work";
+        frmCust window;
+        choose(window, "New..");
+        QCOMPARE(TestFolder::data(), crlf("[Categories]\nc=2\n1=More\n1c=0\n2=Work\n2c=0\n"));
+        QCOMPARE(cmbcat(window)->currentText(), "Work");
     }
 };
 

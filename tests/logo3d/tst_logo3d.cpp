@@ -53,7 +53,6 @@ QVector3D position(const cMesh::Vertex &v)
     return {v.x, v.y, v.z};
 }
 
-// The first vertex at `where`, or -1.
 int vertexAt(const cMesh &mesh, QVector3D where)
 {
     for (int i = 0; i < int(mesh.vertices().size()); ++i) {

@@ -30,7 +30,6 @@ class TestForm1 : public QObject
     TestFolder folder;
     std::unique_ptr<Form1> form_;
 
-    // A main window loaded from kStore.
     Form1 &load()
     {
         TestFolder::setData(kStore);

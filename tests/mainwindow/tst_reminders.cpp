@@ -49,7 +49,6 @@ rt::Date at(const char *text)
     return rt::CDate(QString::fromLatin1(text));
 }
 
-// Notes every alarm and launch as one line.
 struct Recorder : ReminderOutput {
     QStringList log;
     std::function<void()> whileModal;
