@@ -8,7 +8,6 @@
 #include <QRandomGenerator>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace
@@ -440,47 +439,6 @@ private slots:
         QCOMPARE(readKey(file, "S", "k"), QString("3"));
         QCOMPARE(run("mv \"$F\" \"$O/gone\""), QString());
         QCOMPARE(readKey(file, "S", "k"), QString("<default>"));
-    }
-
-    void relativePathFollowsTheWorkingFolder()
-    {
-        const QString before = QDir::currentPath();
-        for (const char *name : {"a", "b"}) {
-            QVERIFY(QDir(dir_.path()).mkpath(name));
-            writeBytes(dir_.filePath(name) + "/Data.ini", "[S]\r\nk=" + QByteArray(name) + "\r\n");
-        }
-        QVERIFY(QDir::setCurrent(dir_.filePath("a")));
-        const QString a = readKey("Data.ini", "S", "k");
-        QVERIFY(QDir::setCurrent(dir_.filePath("b")));
-        const QString b = readKey("Data.ini", "S", "k");
-        QVERIFY(QDir::setCurrent(before));
-        QCOMPARE(a, QString("a"));
-        QCOMPARE(b, QString("b"));
-    }
-
-    // Reports of changes go to the parent's thread, not to a forked child's.
-    void forkedChildSeesChanges()
-    {
-        writeBytes(file_, "[S]\r\nk=1\r\n");
-        QCOMPARE(readKey(file_, "S", "k"), QString("1"));
-        const QByteArray path = QFile::encodeName(file_);
-        const QByteArray next = path + ".next";
-
-        const pid_t child = ::fork();
-        QVERIFY(child >= 0);
-        if (child == 0) {
-            const char bytes[] = "[S]\r\nk=2\r\n";
-            const int fd = ::open(next.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-            const bool written =
-                fd >= 0 && ::write(fd, bytes, sizeof bytes - 1) == sizeof bytes - 1 &&
-                ::close(fd) == 0 && ::rename(next.constData(), path.constData()) == 0;
-            ::_exit(written && readKey(file_, "S", "k") == QLatin1String("2") ? 0 : 1);
-        }
-        int status = 0;
-        QCOMPARE(::waitpid(child, &status, 0), child);
-        QVERIFY(WIFEXITED(status));
-        QCOMPARE(WEXITSTATUS(status), 0);
-        QCOMPARE(readKey(file_, "S", "k"), QString("2"));
     }
 
     // Random writes, odd ones included, must leave the cached copy as a fresh parse of the file
