@@ -8,7 +8,7 @@ e2e_init "$@"
 # The clock is fixed so the calendar shows 2026, where 1 March is a Sunday.
 start_program "2026-03-01 10:00:00"
 main=$(wait_window "ORVA's Calender")
-before=$(shot before)
+before=$(shot_when before 20 "the calendar" has_calendar)
 
 expected=$WORK/expected.ini
 cp "$PROG/Data.ini" "$expected"

@@ -7,6 +7,19 @@ source "$(dirname "$0")/lib.sh"
 e2e_init "$@"
 
 categories=(More Work Personal Birthday Health Holiday Bills)
+
+# legend_lists CATEGORY... SHOT: the legend, right of the twelve months, has a box in the
+# colour of each category.
+legend_lists() {
+    local picture=${!#} jx jy cat counts
+    has_calendar "$picture" || return 1
+    read -r jx jy < <(january_title "$picture")
+    counts=$(colour_counts "$picture" $((jx + 720)) "$jy" 150 300)
+    for cat in "${@:1:$#-1}"; do
+        awk -v c="$(category_colour "$cat")" '$1 == c && $2 > 20 {found = 1} END {exit !found}' \
+            <<<"$counts" || return 1
+    done
+}
 # Rows: the store at start, and how the program is ended.
 rows=("shipped|menu" "none|window")
 for row in "${rows[@]}"; do
@@ -19,18 +32,14 @@ for row in "${rows[@]}"; do
     wait_window Form2 10 >/dev/null # the splash
     main=$(wait_window "ORVA's Calender")
     [ -z "$(find_window Form2)" ] || fail "the splash is still shown beside the calendar"
-    sleep 0.5
-    picture=$(shot "$store")
-    read -r jx jy < <(january_title "$picture")
-    # The legend, right of the twelve months.
-    for cat in "${categories[@]}"; do
-        n=$(colour_count "$picture" "$(category_colour "$cat")" $((jx + 720)) "$jy" 150 300)
-        if [ "$store" = shipped ]; then
-            [ "$n" -gt 20 ] || fail "the legend has no box for $cat"
-        else
-            [ "$n" -eq 0 ] || fail "the legend shows $cat without a store"
-        fi
-    done
+    if [ "$store" = shipped ]; then
+        shot_when "$store" 20 "a legend of every category" legend_lists "${categories[@]}" >/dev/null
+    else
+        picture=$(shot_when "$store" 20 "the calendar" has_calendar)
+        for cat in "${categories[@]}"; do
+            ! legend_lists "$cat" "$picture" || fail "the legend shows $cat without a store"
+        done
+    fi
 
     if [ "$ending" = window ]; then
         focus "$main"

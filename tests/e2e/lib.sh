@@ -198,21 +198,45 @@ shot() {
     echo "$file"
 }
 
-# colour_mask SHOT COLOUR X Y W H FORMAT [OPERATOR...]: the region with COLOUR white and
-# everything else black, described by an ImageMagick format.
-colour_mask() {
-    convert "$1" -crop "${5}x${6}+${3}+${4}" +repage -fill black +opaque "$2" \
-        -fill white -opaque "$2" "${@:8}" -format "$7" info:
+# shot_when NAME SECONDS WHAT COMMAND...: screenshots until COMMAND, given the screenshot's
+# path as its last argument, succeeds; prints that path. A window shown is not yet painted.
+shot_when() {
+    local name=$1 deadline=$(($(date +%s) + $2)) what=$3 file
+    shift 3
+    while :; do
+        file=$(shot "$name")
+        "$@" "$file" >/dev/null 2>&1 && break
+        [ "$(date +%s)" -lt "$deadline" ] || fail "$what never showed (see $file)"
+        sleep 0.3
+    done
+    echo "$file"
+}
+
+# ImageMagick's own convert, not a wrapper that may come first on the PATH.
+im() {
+    if [ -x /usr/bin/convert ]; then /usr/bin/convert "$@"; else convert "$@"; fi
+}
+
+# colour_counts SHOT X Y W H: "#RRGGBB count" for every colour of the region.
+colour_counts() {
+    im "$1" -crop "${4}x${5}+${2}+${3}" +repage -depth 8 -format %c histogram:info:- |
+        awk '{for (i = 1; i <= NF; i++) if ($i ~ /^#[0-9A-F]+$/ && length($i) == 7) {sub(":", "", $1); print $i, $1}}'
 }
 
 # colour_count SHOT COLOUR X Y W H: how many pixels of the region are exactly COLOUR.
-colour_count() { colour_mask "$@" '%[fx:int(mean*w*h+0.5)]'; }
+colour_count() {
+    colour_counts "$1" "$3" "$4" "$5" "$6" | awk -v c="$2" '$1 == c {n = $2} END {print n + 0}'
+}
 
 # colour_box SHOT COLOUR X Y W H: "width height left top" of the pixels of exactly COLOUR
 # inside the region, in screen coordinates; nothing when there are none.
 colour_box() {
-    [ "$(colour_count "$@")" -gt 0 ] || return 0
-    colour_mask "$@" '%w %h %X %Y' -trim | awk -v x="$3" -v y="$4" '{print $1, $2, x + $3, y + $4}'
+    local n
+    n=$(colour_count "$@")
+    [ "$n" -gt 0 ] || return 0
+    [ "$n" -lt $(($5 * $6)) ] || { echo "$5 $6 $3 $4"; return 0; }
+    im "$1" -crop "${5}x${6}+${3}+${4}" +repage -fill black +opaque "$2" -fill white -opaque "$2" \
+        -trim -format '%w %h %X %Y' info: | awk -v x="$3" -v y="$4" '{print $1, $2, x + $3, y + $4}'
 }
 
 # window_box ID: "x y width height" of a window on screen. A framed window comes out shifted
@@ -279,6 +303,9 @@ january_title() {
     [ -n "$box" ] || fail "no calendar in $1"
     echo "$box" | awk '{print $3, $4}'
 }
+
+# has_calendar SHOT
+has_calendar() { [ -n "$(colour_box "$1" '#0000FF' 0 0 1150 800)" ]; }
 
 # day_cell_centre SHOT MONTH WEEK WEEKDAY: the centre of a day cell (week and weekday counted
 # from 0, Sunday first), from the calendar's layout in twips, 15 to the pixel: month titles on

@@ -21,13 +21,11 @@ fi
 alarm=$(wait_window Health 40)
 log "the reminder came $(($(date +%s) - started))s after the start"
 [ $(($(date +%s) - started)) -ge 9 ] || fail "the reminder came before its minute"
-sleep 0.5 # painted
-picture=$(shot alarm)
 read -r x y w h < <(window_box "$alarm")
 # The window's ground, around its memo and buttons, is the category's colour.
-painted=$(colour_count "$picture" "$colour" "$x" "$y" "$w" "$h")
-log "$painted of $((w * h)) pixels of the alarm window are $colour"
-[ "$painted" -gt $((w * h / 10)) ] || fail "the alarm window is not in Health's colour $colour"
+in_colour() { [ "$(colour_count "$1" "$colour" "$x" "$y" "$w" "$h")" -gt $((w * h / 10)) ]; }
+picture=$(shot_when alarm 20 "the alarm window in Health's colour $colour" in_colour)
+log "$(colour_count "$picture" "$colour" "$x" "$y" "$w" "$h") of $((w * h)) pixels of the alarm window are $colour"
 
 focus "$alarm"
 keys Return

@@ -9,10 +9,11 @@ main=$(wait_window "ORVA's Calender")
 wait_until 10 "the tray icon" tray_icon_centre
 read -r ix iy < <(tray_icon_centre)
 log "tray icon at $ix,$iy"
-shown=$(shot shown)
 # The icon is drawn: its cell of the tray is not all one colour.
-colours=$(convert "$shown" -crop "16x16+$((ix - 8))+$((iy - 8))" -unique-colors -format '%w' info:)
-[ "$colours" -gt 4 ] || fail "the tray icon is blank"
+icon_drawn() {
+    [ "$(colour_counts "$1" $((ix - 8)) $((iy - 8)) 16 16 | wc -l)" -gt 4 ]
+}
+shot_when shown 20 "the tray icon" icon_drawn >/dev/null
 
 xdotool windowminimize "$main"
 wait_gone "ORVA's Calender"
@@ -25,9 +26,7 @@ sleep 1.5
 
 double_click "$ix" "$iy"
 main=$(wait_window "ORVA's Calender" 15)
-sleep 0.5
-restored=$(shot restored)
-january_title "$restored" >/dev/null
+shot_when restored 20 "the restored calendar" has_calendar >/dev/null
 
 # Right button: the icon's menu, whose last item is "Exit".
 click "$ix" "$iy" 3
