@@ -20,6 +20,7 @@ legend_lists() {
             <<<"$counts" || return 1
     done
 }
+
 # Rows: the store at start, and how the program is ended.
 rows=("shipped|menu" "none|window")
 for row in "${rows[@]}"; do

@@ -28,9 +28,13 @@ double_click "$ix" "$iy"
 main=$(wait_window "ORVA's Calender" 15)
 shot_when restored 20 "the restored calendar" has_calendar >/dev/null
 
-# Right button: the icon's menu, whose last item is "Exit".
+# Right button: the icon's menu, whose last item is "Exit". It is one more window of the
+# program's, beside the main window and the icon.
+windows() { { xdotool search --onlyvisible --classname '^orva-calendar$' || true; } | wc -l; }
+shown=$(windows)
+menu_open() { [ "$(windows)" -gt "$shown" ]; }
 click "$ix" "$iy" 3
-sleep 1
+wait_until 10 "the tray icon's menu" menu_open
 shot menu >/dev/null
 keys Up Return
 wait_exit 15
