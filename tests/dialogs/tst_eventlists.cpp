@@ -1,10 +1,13 @@
 #include "Fixtures.h"
 #include "dialogs/frmDaily.h"
+#include "dialogs/frmFind.h"
 #include "dialogs/frmRemove.h"
 #include "store/DataStore.h"
 
 #include <QComboBox>
 #include <QDateEdit>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTreeWidget>
 
@@ -41,14 +44,47 @@ template <typename Items> QStringList memos(const Items &items)
 
 } // namespace
 
-class TestFrmRemove : public QObject
+// The windows that list events: remove, daily events and find.
+class TestEventLists : public QObject
 {
     Q_OBJECT
 
     TestFolder folder;
+    store::Model model;
+    std::unique_ptr<frmFind> finder;
+
+    // n one-off events "lunch 1".., then a recurring action whose path holds "Lunch".
+    void open(int n)
+    {
+        model.events = {{}};
+        for (int i = 1; i <= n; ++i)
+            model.events.append({0, 0, QStringLiteral("lunch %1").arg(i), "Work"});
+        model.recurring = {{}, {"Daily", "", "", "00:00", "&**C:\\Lunch\\menu.txt", "Work"}};
+        finder = std::make_unique<frmFind>(model);
+    }
+    void find(const QString &keyword)
+    {
+        finder->findChild<QLineEdit *>("txtkeyword")->setText(keyword);
+        finder->cmdFind_Click();
+    }
+    QStringList shown() const
+    {
+        QStringList texts;
+        for (int k = 1; k <= frmFind::kPageSize; ++k) {
+            auto *box = finder->findChild<QLineEdit *>(QStringLiteral("txt1_%1").arg(k));
+            if (!box->isHidden())
+                texts << box->text();
+        }
+        return texts;
+    }
+    bool enabled(const char *name) const
+    {
+        return finder->findChild<QPushButton *>(name)->isEnabled();
+    }
 
 private slots:
     void init() { TestFolder::setData(kEvents + kRecurring); }
+    void cleanup() { finder.reset(); }
 
     void listsTheEventsOfTheDate_data()
     {
@@ -128,7 +164,51 @@ private slots:
         QCOMPARE(spy[0][0].toInt(), 4);
         QCOMPARE(spy[1][0].toInt(), 1);
     }
+
+    // The find window, seven results a page.
+    void pages_data()
+    {
+        QTest::addColumn<int>("events");
+        QTest::addColumn<bool>("next");
+        QTest::newRow("seven") << 6 << false;
+        QTest::newRow("eight") << 7 << true;
+    }
+    void pages()
+    {
+        QFETCH(int, events);
+        QFETCH(bool, next);
+        open(events);
+        find("LUNCH");
+        QCOMPARE(shown().size(), 7);
+        QCOMPARE(shown().first(), "lunch 1");
+        QCOMPARE(enabled("cmdnext"), next);
+        QVERIFY(!enabled("cmdBack"));
+        if (!next)
+            return;
+        finder->cmdnext_Click();
+        QCOMPARE(shown(), QStringList{"C:\\Lunch\\menu.txt"});
+        QVERIFY(!enabled("cmdnext") && enabled("cmdBack"));
+
+        // A click hands on the text as shown.
+        QSignalSpy spy(finder.get(), &frmFind::modiRequested);
+        QTest::mouseClick(finder->findChild<QLineEdit *>("txt1_1"), Qt::LeftButton);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy[0][0].toString(), "C:\\Lunch\\menu.txt");
+    }
+
+    void noMatchStartsAgainOnPageOne()
+    {
+        open(8);
+        find("lunch");
+        finder->cmdnext_Click();
+        find("dinner");
+        QCOMPARE(shown(), QStringList{"No Matches Found"});
+        QVERIFY(!enabled("cmdnext") && !enabled("cmdBack"));
+        QSignalSpy spy(finder.get(), &frmFind::modiRequested);
+        finder->txt1_Click(1);
+        QCOMPARE(spy.count(), 0);
+    }
 };
 
-QTEST_MAIN(TestFrmRemove)
-#include "tst_frmremove.moc"
+QTEST_MAIN(TestEventLists)
+#include "tst_eventlists.moc"
