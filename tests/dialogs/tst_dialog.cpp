@@ -213,7 +213,6 @@ private slots:
                                   "Time=9:00 AM\nMemo=Three\nCat=Work\n";
         open(kCategories + events);
         dialog->modi(1);
-        QCOMPARE(dialog->windowTitle(), "Modify...");
         QCOMPARE(c<QComboBox>("cmbtime")->currentText(), "All Day");
         QVERIFY(c<QRadioButton>("Option4")->isChecked());
         QCOMPARE(c<QLineEdit>("txtaction")->text(), "C:\\a.txt");

@@ -111,7 +111,6 @@ private slots:
         QVERIFY(boxes.calls.isEmpty());
         QCOMPARE(QSize(dx.displayWidth(), dx.displayHeight()), size);
         QTEST(dx.displayFormat(), "format");
-        QCOMPARE(dx.presentParameters().BackBufferWidth, size.width());
     }
 
     void mainWindowWithoutOpenGL()

@@ -152,18 +152,6 @@ private slots:
         QCOMPARE(form.selectedDate(), DateSerial(2026, 6, 1));
     }
 
-    void resizeIsProportional()
-    {
-        Form1 &form = load();
-        form.resize(667, 540);
-        form.Form_Resize();
-        const double w = rt::pixelsToTwips(form.frameGeometry().width());
-        QCOMPARE(form.Cal()->width(), rt::twipsToPixels(w * 0.834));
-        auto *frame = form.findChild<QWidget *>("Frame1");
-        QCOMPARE(frame->x(), rt::twipsToPixels(w * 0.841));
-        QCOMPARE(frame->width(), rt::twipsToPixels(w * 0.147));
-    }
-
     void minimisingHidesOnlyWithATray()
     {
         Form1 &form = load();

@@ -7,7 +7,6 @@
 #include <QRandomGenerator>
 #include <QTest>
 #include <array>
-#include <utility>
 #include <vector>
 
 using namespace yearcal;
@@ -116,14 +115,6 @@ private slots:
                 QCOMPARE(cell.fore, 0xABCDEFu);
             }
         }
-    }
-
-    void monthOfCell()
-    {
-        const std::pair<int, int> firstAndLast[] = {{0, 2},    {41, 2},   {42, 3},
-                                                    {419, 11}, {420, 12}, {461, 12}};
-        for (const auto &[index, month] : firstAndLast)
-            QCOMPARE(MonthOfCell(index), month);
     }
 
     void colourByDate_data()
