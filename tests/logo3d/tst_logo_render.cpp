@@ -22,11 +22,6 @@ QRect inkedArea(const QImage &image)
     return area;
 }
 
-QImage shown(const QLabel *picture)
-{
-    return picture->pixmap().toImage();
-}
-
 } // namespace
 
 // These need OpenGL: they run on Xvfb, where Mesa renders in software.
@@ -52,7 +47,7 @@ private slots:
         const auto *picture = form.findChild<QLabel *>(QStringLiteral("Picture1"));
 
         QTRY_VERIFY(!picture->pixmap().isNull());
-        const QImage first = shown(picture);
+        const QImage first = picture->pixmap().toImage();
         QCOMPARE(first.deviceIndependentSize().toSize(), picture->contentsRect().size());
         // Placed in the middle, at a good part of the picture's height.
         const QRect logo = inkedArea(first);
@@ -61,7 +56,7 @@ private slots:
         QVERIFY(qAbs(logo.center().x() - first.width() / 2) < first.width() / 8);
         QVERIFY(qAbs(logo.center().y() - first.height() / 2) < first.height() / 8);
         QTest::qWait(300); // about 17 degrees
-        QVERIFY(shown(picture) != first);
+        QVERIFY(picture->pixmap().toImage() != first);
 
         form.hide();
         QTest::qWait(50);
@@ -110,7 +105,7 @@ private slots:
         dx.EndScene();
         dx.Present();
 
-        const QImage frame = shown(&picture);
+        const QImage frame = picture.pixmap().toImage();
         QCOMPARE(frame.size(), picture.contentsRect().size());
         const QColor middle = frame.pixelColor(frame.width() / 2, frame.height() / 2);
         QVERIFY2(middle.green() > 100 && middle.red() < 60 && middle.blue() < 60,

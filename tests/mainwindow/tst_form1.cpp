@@ -1,7 +1,6 @@
 #include "Fixtures.h"
 #include "mainwindow/Form1.h"
 #include "runtime/Clock.h"
-#include "runtime/Twips.h"
 #include "yearcalendar/UserControl1.h"
 
 #include <QApplication>
@@ -47,7 +46,6 @@ private slots:
     void initTestCase()
     {
         rt::Clock::setSource([] { return DateSerial(2026, 11, 22) + 0.5; });
-        rt::setDpiForTest(96);
     }
     void cleanup() { form_.reset(); }
 
