@@ -15,7 +15,10 @@ cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVA_BUILD_BENCH=ON >
 cmake --build "$build" -j"$(nproc)" --target orva-calendar "${benches[@]##*/}" >/dev/null
 
 out=$(mktemp -d)
-trap 'rm -rf "$out"' EXIT
+XDG_RUNTIME_DIR=$(mktemp -d)
+export XDG_RUNTIME_DIR
+chmod 700 "$XDG_RUNTIME_DIR"
+trap 'rm -rf "$out" "$XDG_RUNTIME_DIR"' EXIT
 for bench in "${benches[@]}"; do
     echo "running ${bench##*/} ..." >&2
     QT_QPA_PLATFORM=offscreen "$build/bench/$bench" >"$out/${bench##*/}.txt"
@@ -29,8 +32,8 @@ figure() {
 }
 
 missed=0
-printf '\n%-44s %16s  %-10s %s\n' "figure" "measured" "target" ""
-printf '%-44s %16s  %-10s %s\n' "------" "--------" "------" ""
+printf '\n%-50s %16s  %-10s %s\n' "figure" "measured" "target" ""
+printf '%-50s %16s  %-10s %s\n' "------" "--------" "------" ""
 # row WHAT VALUE UNIT LIMIT: LIMIT empty for a figure without a target.
 row() {
     local verdict=""
@@ -42,7 +45,7 @@ row() {
             missed=$((missed + 1))
         fi
     fi
-    printf '%-44s %13s %-2s  %-10s %s\n' "$1" "$2" "$3" "${4:+< $4 $3}" "$verdict"
+    printf '%-50s %13s %-2s  %-10s %s\n' "$1" "$2" "$3" "${4:+< $4 $3}" "$verdict"
 }
 
 row "load, cache cold (bench_load)" "$(figure bench_load 'load, cache cold\s+')" ms 100
