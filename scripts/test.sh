@@ -13,14 +13,21 @@ export XDG_RUNTIME_DIR=$(mktemp -d)
 chmod 700 "$XDG_RUNTIME_DIR"
 fuzzwork=$(mktemp -d)
 trap 'rm -rf "$XDG_RUNTIME_DIR" "$fuzzwork"' EXIT
-ctest --test-dir "$build" --output-on-failure -j"$(nproc)"
-if [ -n "${ORVA_QUICK:-}" ]; then exit 0; fi
+ctest --test-dir "$build" --output-on-failure -j"$(nproc)" | tee "$fuzzwork/ctest.log"
+# The run's last line sums up the tests, whatever stages follow.
+summary() {
+    sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests failed out of \([0-9]*\)$/\2 \1/p' \
+        "$fuzzwork/ctest.log" | awk '{print "tests: " $1 - $2 " passed, " $2 " failed"}'
+}
+if [ -n "${ORVA_QUICK:-}" ]; then
+    summary
+    exit 0
+fi
 
 echo "== unit tests under AddressSanitizer and UndefinedBehaviorSanitizer"
 # Qt is not instrumented: leaks that are provably Qt's or the system's are suppressed in
 # scripts/lsan.supp. The tests that need a real X server run in the plain build only.
-# clang, as for the fuzz targets: gcc 12's sanitizer build of the event window skips its
-# duplicate-memo check, which tst_dialog catches.
+# Built with clang, the fuzz targets' compiler too.
 asan=${ASAN_BUILD_DIR:-build-asan}
 sanitize="-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer"
 cmake -S . -B "$asan" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
@@ -50,3 +57,4 @@ for target in profile datetext store; do
     fi
     echo "fuzz_$target: $(grep -m1 '^Done' "$fuzzwork/$target.log")"
 done
+summary
