@@ -275,22 +275,24 @@ void Dialog::fillDays(int days)
     txtday->setCurrentIndex(0);
 }
 
-void Dialog::Option1_Click()
+// The one-off controls and the recurrence controls are enabled in turn.
+void Dialog::enableRecurrence(bool recurring)
 {
     for (QWidget *w : std::initializer_list<QWidget *>{Optdaily, optWeekly, optMonthly, optYearly,
                                                        txtday, txtday1, txtmonth, cmbtime2})
-        w->setEnabled(false);
-    DTPicker1->setEnabled(true);
-    cmbtime->setEnabled(true);
+        w->setEnabled(recurring);
+    DTPicker1->setEnabled(!recurring);
+    cmbtime->setEnabled(!recurring);
+}
+
+void Dialog::Option1_Click()
+{
+    enableRecurrence(false);
 }
 
 void Dialog::Option2_Click()
 {
-    for (QWidget *w : std::initializer_list<QWidget *>{Optdaily, optWeekly, optMonthly, optYearly,
-                                                       txtday, txtday1, txtmonth, cmbtime2})
-        w->setEnabled(true);
-    DTPicker1->setEnabled(false);
-    cmbtime->setEnabled(false);
+    enableRecurrence(true);
     if (Optdaily->isChecked())
         Optdaily_Click();
     else

@@ -51,6 +51,7 @@ protected:
     void done(int result) override;
 
 private:
+    void enableRecurrence(bool recurring);
     void createControls();
     void Form_Load(rt::Date selectedDate);
     void fillDays(int days);
