@@ -4,7 +4,6 @@
 #include "store/Files.h"
 
 #include <QAudioDevice>
-#include <QEvent>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -77,8 +76,9 @@ rt::WinColor frmalarm::backColor() const
     return rt::fromQColor(palette().color(QPalette::Window));
 }
 
-void frmalarm::Form_Activate()
+void frmalarm::chime()
 {
+    ++chimes_;
     const QString path = files::alarmWav();
     if (!QFileInfo(path).isFile() || QMediaDevices::defaultAudioOutput().isNull())
         return;
@@ -99,11 +99,4 @@ void frmalarm::OKButton_Click()
 void frmalarm::CancelButton_Click()
 {
     reject();
-}
-
-bool frmalarm::event(QEvent *event)
-{
-    if (event->type() == QEvent::WindowActivate)
-        Form_Activate();
-    return QDialog::event(event);
 }

@@ -17,6 +17,7 @@ frmalarm &AlarmOutput::fill(const Alarm &alarm)
     window_->setBackColor(alarm.colour);
     window_->txtMemo()->setPlainText(alarm.memo);
     window_->txttitle()->setText(alarm.when);
+    window_->chime();
     return *window_;
 }
 

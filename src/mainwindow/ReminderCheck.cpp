@@ -4,6 +4,7 @@
 #include "runtime/Numbers.h"
 
 #include <QScopedValueRollback>
+#include <algorithm>
 
 namespace
 {
@@ -132,12 +133,19 @@ bool ReminderCheck::dueNow(bool allDay, const HourMinute &at, int hour, int minu
     return !fired;
 }
 
+// A modal alarm keeps the timer running, and every tick under it is checked in full:
+// - a one-off memo takes the shared alarm window at once, over the recurring memo shown in
+//   it, as one-off memos always overwrite one another;
+// - a recurring memo waits until the open one is closed, then has its own modal window: a
+//   second modal window stacked on the first would leave the first unanswerable;
+// - actions are launched at once;
+// - the recurring event whose window is open, or that waits, does not fire again meanwhile,
+//   though its flag stays clear until its window is closed.
+// So nothing that comes due is dropped.
 void ReminderCheck::tick(rt::Date now)
 {
-    // A modal alarm keeps the timer running; the check resumes once it is closed.
-    if (firing_ || !model_)
+    if (!model_)
         return;
-    const QScopedValueRollback firing(firing_, true);
 
     const rt::Date today = rt::DatePart(now);
     const int hour = rt::Hour(now);
@@ -187,12 +195,46 @@ void ReminderCheck::tick(rt::Date now)
             continue;
         }
         const HourMinute at = event.allDay ? HourMinute{} : event.time.value();
-        if (dueNow(event.allDay, at, hour, minute, recurringFired_[i])) {
-            fireRecurring(i);
-            checkIndex(recurringFired_, i);
-            recurringFired_[i] = true;
-        }
+        // Once a modal alarm has been answered, this tick's instant is old: the ticks under
+        // the alarm have checked the rest at later ones, and going on would clear the flags
+        // set as the alarms closed.
+        if (dueNow(event.allDay, at, hour, minute, recurringFired_[i]) && !openOrWaiting(i) &&
+            fireRecurring(i))
+            return;
     }
+}
+
+bool ReminderCheck::openOrWaiting(int i) const
+{
+    return i == openRecurring_ ||
+           std::any_of(waiting_.begin(), waiting_.end(),
+                       [i](const Waiting &waiting) { return waiting.event == i; });
+}
+
+// Only the tick that no modal alarm is open under shows one; the memos due meanwhile are
+// shown in turn once it returns. Each flag is set as its window closes. Whether any was shown.
+bool ReminderCheck::showWaiting()
+{
+    if (openRecurring_ != 0)
+        return false;
+    const bool shown = !waiting_.empty();
+    while (!waiting_.empty()) {
+        const Waiting next = waiting_.front();
+        waiting_.erase(waiting_.begin());
+        {
+            const QScopedValueRollback open(openRecurring_, next.event);
+            output_.showRecurringAlarm(next.alarm);
+        }
+        markRecurringFired(next.event);
+    }
+    return shown;
+}
+
+// Bounds are checked again: a reload may have come while the modal alarm was open.
+void ReminderCheck::markRecurringFired(int i)
+{
+    checkIndex(recurringFired_, i);
+    recurringFired_[i] = true;
 }
 
 void ReminderCheck::fireEvent(int i)
@@ -206,7 +248,7 @@ void ReminderCheck::fireEvent(int i)
                              rt::CStr(event.date) + kGap + rt::CStr(event.time)});
 }
 
-void ReminderCheck::fireRecurring(int i)
+bool ReminderCheck::fireRecurring(int i)
 {
     const store::RecurringEvent &event = model_->recurring[i];
     // Weekly, monthly and yearly events are told memo from action by the one-off event of
@@ -218,10 +260,13 @@ void ReminderCheck::fireRecurring(int i)
     }
     if (store::isAction(*marked)) {
         output_.launchAction(store::actionPath(*marked));
-        return;
+        markRecurringFired(i);
+        return false;
     }
-    output_.showRecurringAlarm(
-        {event.cat, categoryColour(event.cat), event.memo, whenLine(event, recurring_[i].allDay)});
+    waiting_.push_back({i,
+                        {event.cat, categoryColour(event.cat), event.memo,
+                         whenLine(event, recurring_[i].allDay)}});
+    return showWaiting();
 }
 
 rt::WinColor ReminderCheck::categoryColour(const QString &name) const

@@ -88,7 +88,10 @@ private:
     // Whether event i fires now; a timed event's flag is cleared once its minute is over.
     static bool dueNow(bool allDay, const HourMinute &at, int hour, int minute, bool &fired);
     void fireEvent(int i);
-    void fireRecurring(int i);
+    bool fireRecurring(int i); // whether a modal alarm was shown and answered
+    bool openOrWaiting(int i) const;
+    bool showWaiting();
+    void markRecurringFired(int i);
     void convertYearlyDates(int year);
     rt::WinColor categoryColour(const QString &name) const;
 
@@ -100,5 +103,12 @@ private:
     int yearlyYear_ = 0; // the year the yearly dates were converted for; 0 for none
     QList<bool> eventFired_;
     QList<bool> recurringFired_;
-    bool firing_ = false;
+
+    // A recurring memo that came due while another one's modal alarm was open.
+    struct Waiting {
+        int event = 0;
+        Alarm alarm;
+    };
+    int openRecurring_ = 0; // the recurring event whose modal alarm is open; 0 for none
+    std::vector<Waiting> waiting_;
 };

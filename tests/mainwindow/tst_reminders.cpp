@@ -203,6 +203,38 @@ private slots:
         QVERIFY(check.recurringFired()[1]);
     }
 
+    // A daily memo at 9:00 left open until 9:02: the one-off memo of 9:01 takes the shared
+    // window at once, the daily memo of 9:01 waits for the first to close, and the open one
+    // never fires again under its own window.
+    void ticksGoOnUnderAModalAlarm()
+    {
+        writeStore(counts(1, 2) + oneOff(1, "3/3/2026", "9:01 AM", "Call") +
+                   rec("Daily", "", "", "9:00 AM", "Stretch") +
+                   "[r2]\nType=Daily\nTime=9:01 AM\nMemo=Water\nCat=Home\n");
+        const store::Model model = store::loadModel();
+        Recorder out;
+        ReminderCheck check(out);
+        check.setModel(model);
+        QStringList flags;
+        out.whileModal = [&] {
+            if (out.log.size() > 1)
+                return;
+            for (const char *t : {"9:00:30", "9:01:00", "9:01:30", "9:02:00"}) {
+                check.tick(at((QByteArray("2026-03-03 ") + t).constData()));
+                flags << QStringLiteral("%1%2")
+                             .arg(check.recurringFired()[1])
+                             .arg(check.recurringFired()[2]);
+            }
+        };
+        check.tick(at("2026-03-03 9:00:05"));
+        QVERIFY(check.recurringFired()[1] && check.recurringFired()[2]);
+        check.tick(at("2026-03-03 9:02:10"));
+        QCOMPARE(out.log, QStringList({"modal|Home|300|Stretch|9:00 AM  Daily",
+                                       "modeless|Work|400|Call|3/3/2026  9:01:00 AM",
+                                       "modal|Home|300|Water|9:01 AM  Daily"}));
+        QCOMPARE(flags, QStringList({"00", "00", "00", "00"}));
+    }
+
     void actionPathOpensAsWritten()
     {
         // What a shell would act on, in the name of a script that notes how it was started.
@@ -244,7 +276,12 @@ private slots:
         QCOMPARE(alarm->backColor(), 300u);
         QCOMPARE(alarm->txtMemo()->toPlainText(), QString("Pharmacy"));
         QCOMPARE(alarm->txttitle()->text(), QString("3/3/2026  9:00:00 AM"));
-        alarm->Form_Activate(); // no alarm.wav here: nothing plays
+        // One chime per memo shown, none when the window is activated again; with no
+        // alarm.wav here, nothing plays.
+        QCOMPARE(alarm->chimes(), 2);
+        QEvent activate(QEvent::WindowActivate);
+        QCoreApplication::sendEvent(alarm, &activate);
+        QCOMPARE(alarm->chimes(), 2);
         QVERIFY(!alarm->sound());
         // A reload keeps the flags: nothing fires again in that minute.
         alarm->hide();
