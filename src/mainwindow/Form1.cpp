@@ -1,8 +1,10 @@
 #include "mainwindow/Form1.h"
 
 #include "logo3d/cMesh.h"
+#include "mainwindow/ActionLauncher.h"
 #include "mainwindow/DayView.h"
 #include "mainwindow/Painters.h"
+#include "reminders/frmMissed.h"
 #include "runtime/Clock.h"
 #include "runtime/Colors.h"
 #include "runtime/MsgBox.h"
@@ -96,6 +98,7 @@ Form1::Form1(QWidget *parent) : QMainWindow(parent)
     setWindowTitle(QStringLiteral("ORVA's Calender"));
     createControls();
     createMenus();
+    connect(&missed_, &reminders::MissedPass::missed, this, &Form1::missed_Found);
 }
 
 Form1::~Form1() = default;
@@ -567,7 +570,18 @@ void Form1::chPass_Click()
 
 void Form1::Timer1_Timer()
 {
-    reminders_.tick(rt::Clock::Now());
+    const rt::Date now = rt::Clock::Now();
+    missed_.tick(model_, now);
+    reminders_.tick(now);
+}
+
+void Form1::missed_Found(const QList<reminders::MissedReminder> &found)
+{
+    if (!frmMissed_) {
+        frmMissed_ = std::make_unique<frmMissed>();
+        connect(frmMissed_.get(), &frmMissed::openRequested, this, &openAction);
+    }
+    frmMissed_->add(found);
 }
 
 namespace

@@ -3,6 +3,7 @@
 #include "mainwindow/AlarmOutput.h"
 #include "mainwindow/ReminderCheck.h"
 #include "mainwindow/ViewFilters.h"
+#include "reminders/MissedPass.h"
 #include "runtime/DateTime.h"
 #include "store/DataStore.h"
 
@@ -22,6 +23,7 @@ class QTimer;
 class Painters;
 class cMesh;
 class cdirectx;
+class frmMissed;
 class frmPassword;
 class UserControl1;
 
@@ -68,10 +70,13 @@ public:
     void cpass_Click();
     void chPass_Click();
 
-    // The reminder check, run by Timer1 at the clock's current instant.
+    // The reminder check, run by Timer1 at the clock's current instant, after the pass for
+    // the minutes it could not see, whose finds the "Missed reminders" window lists.
     void Timer1_Timer();
     const ReminderCheck &reminders() const { return reminders_; }
     frmalarm *alarmWindow() const { return alarms_.window(); }
+    reminders::MissedPass &missedPass() { return missed_; }
+    frmMissed *missedWindow() const { return frmMissed_.get(); }
 
     // The turning logo: Timer2 draws a frame; the tray calls resetLogo when it brings the
     // window back.
@@ -131,12 +136,15 @@ private:
     void passwordGate();
     QString readStoredPassword();
     frmPassword *passwordWindow();
+    void missed_Found(const QList<reminders::MissedReminder> &found);
 
     store::Model model_;
     rt::Date selectedDate_ = 0;
     bool hideWhenMinimised_ = true;
     AlarmOutput alarms_;
     ReminderCheck reminders_{alarms_};
+    reminders::MissedPass missed_;
+    std::unique_ptr<frmMissed> frmMissed_;
     QString storedPassword_;
     QString enteredPassword_;
     QPointer<frmPassword> frmPassword_;

@@ -1,5 +1,6 @@
 #include "mainwindow/ReminderCheck.h"
 
+#include "reminders/AlarmText.h"
 #include "runtime/DateText.h"
 #include "runtime/Numbers.h"
 
@@ -9,26 +10,12 @@
 namespace
 {
 
-const QString kGap = QStringLiteral("  ");
-
 // One-off events and their cross-references alike fail on a missing number the way an
 // array out of its bounds does.
 template <typename List> void checkIndex(const List &list, int i)
 {
     if (i < 0 || i >= int(list.size()))
         throw rt::RuntimeError::subscriptOutOfRange();
-}
-
-QString whenLine(const store::RecurringEvent &event, bool allDay)
-{
-    QString line;
-    if (event.type == store::kYearly)
-        line = event.day + QLatin1Char('/') + event.month + kGap;
-    else if (event.type != store::kDaily)
-        line = event.day + kGap;
-    if (!allDay)
-        line += event.time + kGap;
-    return line + event.type;
 }
 
 } // namespace
@@ -87,13 +74,6 @@ void ReminderCheck::setModel(const store::Model &model)
             r.day = Converted<double>::of([&] { return rt::CDbl(event.day); });
     }
     yearlyYear_ = 0;
-
-    colours_.assign(model.categoryColours.size(), std::nullopt);
-    for (qsizetype i = 1; i < model.categoryColours.size(); ++i) {
-        std::int32_t colour = 0;
-        if (rt::tryCLng(model.categoryColours[i], colour))
-            colours_[i] = colour;
-    }
 
     eventFired_.resize(model.events.size(), false);
     recurringFired_.resize(model.recurring.size(), false);
@@ -244,8 +224,8 @@ void ReminderCheck::fireEvent(int i)
         output_.launchAction(store::actionPath(event.memo));
         return;
     }
-    output_.showOneOffAlarm({event.cat, categoryColour(event.cat), event.memo,
-                             rt::CStr(event.date) + kGap + rt::CStr(event.time)});
+    output_.showOneOffAlarm({event.cat, reminders::categoryColour(*model_, event.cat), event.memo,
+                             reminders::whenLine(event)});
 }
 
 bool ReminderCheck::fireRecurring(int i)
@@ -264,17 +244,7 @@ bool ReminderCheck::fireRecurring(int i)
         return false;
     }
     waiting_.push_back({i,
-                        {event.cat, categoryColour(event.cat), event.memo,
-                         whenLine(event, recurring_[i].allDay)}});
+                        {event.cat, reminders::categoryColour(*model_, event.cat), event.memo,
+                         reminders::whenLine(event)}});
     return showWaiting();
-}
-
-rt::WinColor ReminderCheck::categoryColour(const QString &name) const
-{
-    rt::WinColor colour = 0;
-    for (qsizetype i = 1; i < model_->categoryNames.size(); ++i) {
-        if (model_->categoryNames[i] == name && i < qsizetype(colours_.size()) && colours_[i])
-            colour = rt::WinColor(*colours_[i]);
-    }
-    return colour;
 }

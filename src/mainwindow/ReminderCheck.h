@@ -93,13 +93,11 @@ private:
     bool showWaiting();
     void markRecurringFired(int i);
     void convertYearlyDates(int year);
-    rt::WinColor categoryColour(const QString &name) const;
 
     ReminderOutput &output_;
     const store::Model *model_ = nullptr;
     std::vector<OneOff> events_;
     std::vector<Recurring> recurring_;
-    std::vector<std::optional<std::int32_t>> colours_;
     int yearlyYear_ = 0; // the year the yearly dates were converted for; 0 for none
     QList<bool> eventFired_;
     QList<bool> recurringFired_;

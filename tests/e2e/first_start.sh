@@ -2,7 +2,8 @@
 # A first start, with the store the program ships and with none at all: the splash, then the
 # calendar with a legend of the store's categories; closing the window or File > Exit ends
 # the program, and a run in which nothing was changed leaves the program folder as it was,
-# without creating a store.
+# without creating a store; only the last minute the calendar saw is kept, in a file of its
+# own.
 source "$(dirname "$0")/lib.sh"
 e2e_init "$@"
 
@@ -27,6 +28,7 @@ for row in "${rows[@]}"; do
     IFS='|' read -r store ending <<<"$row"
     log "store: $store, ended by: $ending"
     [ "$store" = shipped ] || rm "$PROG/Data.ini"
+    rm -f "$PROG/LastSeen.txt"
     before=$(folder_state "$PROG")
 
     start_program
@@ -50,6 +52,9 @@ for row in "${rows[@]}"; do
     fi
     wait_exit 15
     [ "$APP_STATUS" -eq 0 ] || fail "the program ended with status $APP_STATUS"
+    grep -qE '^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}$' "$PROG/LastSeen.txt" ||
+        fail "the last minute seen was not kept"
+    rm "$PROG/LastSeen.txt"
     after=$(folder_state "$PROG")
     [ "$before" = "$after" ] || {
         diff <(echo "$before") <(echo "$after") >&2 || true
