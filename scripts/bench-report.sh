@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 bash scripts/setup.sh
 build=${BUILD_DIR:-build}
 benches=(store/bench_load store/bench_profile mainwindow/bench_activate mainwindow/bench_tick
-         yearcalendar/bench_calendar)
+         mainwindow/bench_missed yearcalendar/bench_calendar)
 
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVA_BUILD_BENCH=ON >/dev/null
 cmake --build "$build" -j"$(nproc)" --target orva-calendar "${benches[@]##*/}" >/dev/null
@@ -59,6 +59,8 @@ row "one WriteINI" "$(figure bench_profile 'one WriteINI \(atomic rewrite\):\s+'
 row "activation, median (bench_activate)" "$(figure bench_activate 'median ')" ms 50
 row "reminder tick, median (bench_tick)" "$(figure bench_tick 'median ')" ms 0.4
 row "reminder tick, 99th percentile" "$(figure bench_tick '99th percentile ')" ms ""
+row "missed reminders, 7-day gap (bench_missed)" "$(figure bench_missed '7-day gap.*median ')" ms 50
+row "missed reminders pass at a tick, median" "$(figure bench_missed 'at a tick: median ')" ms ""
 row "calendar click, mean (bench_calendar)" "$(figure bench_calendar 'left click\s+\d+ runs\s+mean\s+')" ms 5
 row "calendar click, worst" "$(figure bench_calendar 'left click\s+\d+ runs.*worst\s+')" ms ""
 row "calendar click and repaint, mean" \

@@ -1,7 +1,9 @@
-// What one reminder tick costs on a store of 10,000 one-off and 1,000 recurring events. It
-// runs 25 times a second, so it must stay under 0.4 ms, 1% of its period.
+// What one reminder tick costs on a store of 10,000 one-off and 1,000 recurring events: the
+// pass for missed minutes, then the check. It runs 25 times a second, so it must stay under
+// 0.4 ms, 1% of its period.
 #include "../StoreGenerator.h"
 #include "mainwindow/ReminderCheck.h"
+#include "reminders/MissedPass.h"
 #include "store/Files.h"
 
 #include <QCoreApplication>
@@ -31,6 +33,7 @@ int main(int argc, char **argv)
 
     Counter out;
     ReminderCheck check(out);
+    reminders::MissedPass pass;
     QElapsedTimer reload;
     reload.start();
     check.setModel(model);
@@ -43,6 +46,7 @@ int main(int argc, char **argv)
     // events.
     QElapsedTimer first;
     first.start();
+    pass.tick(model, start);
     check.tick(start);
     const double firstMs = first.nsecsElapsed() / 1e6;
     const int ticks = 3000;
@@ -54,6 +58,7 @@ int main(int argc, char **argv)
         const int before = out.shown;
         QElapsedTimer t;
         t.start();
+        pass.tick(model, now);
         check.tick(now);
         times.push_back(t.nsecsElapsed() / 1e6);
         if (out.shown != before)

@@ -4,7 +4,7 @@
 
 #include <QFile>
 #include <QRegularExpression>
-#include <QSaveFile>
+#include <filesystem>
 
 namespace reminders
 {
@@ -27,15 +27,27 @@ std::optional<rt::Date> readLastSeen()
     return rt::DateSerial(part(1), part(2), part(3)) + rt::TimeSerial(part(4), part(5), 0);
 }
 
+// Written once a minute from the reminder timer, so it does not wait for the disk: one
+// rename replaces the whole file, and after a power cut an older minute at worst lists a
+// reminder that was shown.
 void writeLastSeen(rt::Date minute)
 {
-    QSaveFile file(files::inProgramFolder(kLastSeenFile));
-    if (!file.open(QIODevice::WriteOnly))
+    const QString path = files::inProgramFolder(kLastSeenFile);
+    const QString temp = path + QStringLiteral(".new");
+    const QByteArray line =
+        QString::asprintf("%04d-%02d-%02d %02d:%02d\n", rt::Year(minute), rt::Month(minute),
+                          rt::Day(minute), rt::Hour(minute), rt::Minute(minute))
+            .toLatin1();
+    QFile file(temp);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return;
-    file.write(QString::asprintf("%04d-%02d-%02d %02d:%02d\n", rt::Year(minute), rt::Month(minute),
-                                 rt::Day(minute), rt::Hour(minute), rt::Minute(minute))
-                   .toLatin1());
-    file.commit();
+    const bool written = file.write(line) == line.size() && file.flush();
+    file.close();
+    std::error_code error;
+    if (written)
+        std::filesystem::rename(temp.toStdU16String(), path.toStdU16String(), error);
+    if (!written || error)
+        QFile::remove(temp);
 }
 
 } // namespace reminders

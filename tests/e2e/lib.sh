@@ -100,7 +100,8 @@ wait_until() {
 }
 
 # start_program [FAKE-START]: starts the program from the throwaway folder; with a time such
-# as "2026-03-03 08:59:50" its clock starts there and runs on.
+# as "2026-03-03 08:59:50" its clock starts there and runs on; with "clock-file", set_clock
+# sets it, at any time.
 start_program() {
     local env=(
         QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8 LANG=C.UTF-8 TZ=UTC
@@ -112,15 +113,27 @@ start_program() {
         lib=$(ls /usr/lib/*/faketime/libfaketime.so.1 2>/dev/null | head -n1)
         [ -n "$lib" ] || fail "libfaketime is missing: run scripts/setup.sh"
         # Qt's timers run on the monotonic clock, which stays real.
-        env+=(LD_PRELOAD="$lib" FAKETIME="@$1" FAKETIME_DONT_FAKE_MONOTONIC=1)
+        env+=(LD_PRELOAD="$lib" FAKETIME_DONT_FAKE_MONOTONIC=1)
+        if [ "$1" = clock-file ]; then
+            env+=(FAKETIME_TIMESTAMP_FILE="$WORK/clock" FAKETIME_CACHE_DURATION=1)
+        else
+            env+=(FAKETIME="@$1")
+        fi
     fi
     E2E_RUNS=$((${E2E_RUNS:-0} + 1))
     # No session bus: the tray icon goes to the XEmbed tray, as on a plain X desktop.
-    (cd "$WORK/cwd" && exec env -u DBUS_SESSION_BUS_ADDRESS -u QT_QPA_PLATFORMTHEME \
+    (cd "$WORK/cwd" && exec env -u DBUS_SESSION_BUS_ADDRESS -u QT_QPA_PLATFORMTHEME -u FAKETIME \
         -u SESSION_MANAGER "${env[@]}" "$PROG/orva-calendar") >"$WORK/program$E2E_RUNS.log" 2>&1 &
     APP_PID=$!
     APP_STATUS=
     log "program started (pid $APP_PID${1:+, clock at $1})"
+}
+
+# set_clock TIME: the clock of a program started with "clock-file" shows TIME, in UTC, and
+# runs on from there; a running program reads it within a second.
+set_clock() {
+    printf '%+d\n' $(($(date -ud "$1" +%s) - $(date +%s))) >"$WORK/clock.new"
+    mv "$WORK/clock.new" "$WORK/clock"
 }
 
 stop_program() {
