@@ -5,6 +5,7 @@
 #include "dialogs/frmDaily.h"
 #include "dialogs/frmFind.h"
 #include "dialogs/frmRemove.h"
+#include "reminders/frmMissed.h"
 #include "runtime/ProgramFolder.h"
 #include "store/Files.h"
 
@@ -121,6 +122,13 @@ int main(int argc, char **argv)
         frmCust c;
         c.selectByName(QStringLiteral("Health"));
         save(&c, folder, QStringLiteral("customize"));
+    }
+    {
+        // Two weeks away, up to 9:00 AM on 7 August: cut to the last seven days.
+        frmMissed m;
+        m.add(reminders::findMissed(model, reminders::minuteOf(rt::DateSerial(2004, 7, 24)),
+                                    reminders::minuteOf(rt::DateSerial(2004, 8, 7) + 0.375)));
+        save(&m, folder, QStringLiteral("missed"));
     }
     return 0;
 }

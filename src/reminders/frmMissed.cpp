@@ -20,7 +20,8 @@ QString describe(const reminders::MissedReminder &missed)
     // A recurring event's when-line does not tell which day it was missed.
     if (missed.recurring)
         when += QStringLiteral("  (%1)").arg(rt::CStr(rt::DatePart(missed.due)));
-    return QStringLiteral("<b>%1</b><br>%2  &middot;  %3")
+    // The when-line keeps its double spaces.
+    return QStringLiteral("<b>%1</b><br><span style=\"white-space:pre\">%2  &middot;  %3</span>")
         .arg(shown.toHtmlEscaped(), missed.category.toHtmlEscaped(), when.toHtmlEscaped());
 }
 
