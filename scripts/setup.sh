@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools libqt6opengl6-dev qt6-multimedia-dev
   libassimp-dev libgl1-mesa-dri
   xvfb xauth xdotool imagemagick poppler-utils trayer openbox fonts-liberation2 faketime
+  dbus-daemon dbus-bin python3-dbus python3-gi
   clang libclang-rt-14-dev
 )
 

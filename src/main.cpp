@@ -1,5 +1,7 @@
 #include "runtime/Application.h"
+#include "shell/SingleInstance.h"
 #include "shell/frmSplash.h"
+#include "shell/frmtask.h"
 
 int main(int argc, char **argv)
 {
@@ -10,7 +12,15 @@ int main(int argc, char **argv)
     // A hidden main window and a closed tray menu leave no window open; the program ends
     // only by its own "Exit".
     app.setQuitOnLastWindowClosed(false);
+    // One copy per program folder: a second start hands over before it shows anything.
+    SingleInstance instance;
+    if (!instance.claim())
+        return 0;
     frmSplash splash;
+    QObject::connect(&instance, &SingleInstance::showRequested, &splash, [&splash] {
+        if (frmtask *task = splash.task())
+            task->instance_ShowRequested();
+    });
     splash.Form_Load();
     return app.exec();
 }

@@ -18,6 +18,8 @@ frmalarm &AlarmOutput::fill(const Alarm &alarm)
     window_->txtMemo()->setPlainText(alarm.memo);
     window_->txttitle()->setText(alarm.when);
     window_->chime();
+    // Also in the desktop's history, where memos that share the window are not lost.
+    notifier_.notify(alarm.category, alarm.memo + QLatin1Char('\n') + alarm.when);
     return *window_;
 }
 

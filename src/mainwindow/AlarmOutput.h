@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mainwindow/ReminderCheck.h"
+#include "notify/DesktopNotifier.h"
 
 #include <memory>
 
@@ -24,4 +25,5 @@ private:
     frmalarm &fill(const Alarm &alarm);
 
     std::unique_ptr<frmalarm> window_;
+    DesktopNotifier notifier_;
 };

@@ -1,5 +1,6 @@
 #include "shell/frmtask.h"
 
+#include "dialogs/frmalarm.h"
 #include "mainwindow/Form1.h"
 #include "shell/AppIcon.h"
 #include "shell/EventDialogs.h"
@@ -7,6 +8,7 @@
 
 #include <QApplication>
 #include <QMenu>
+#include <QStyleHints>
 
 frmtask::frmtask(QObject *parent) : QObject(parent)
 {
@@ -51,11 +53,15 @@ void frmtask::Form_Load()
     connect(this, &frmtask::restored, form_, &Form1::resetLogo);
     form_->Form_Load();
     form_->show();
+    loaded_ = true;
 }
 
 void frmtask::icon_Activated(QSystemTrayIcon::ActivationReason reason)
 {
-    if (reason == QSystemTrayIcon::DoubleClick) {
+    if (!clickClock_.isValid())
+        clickClock_.start();
+    if (clicks_.isDoubleClick(reason, clickClock_.elapsed(),
+                              QGuiApplication::styleHints()->mouseDoubleClickInterval())) {
         restoreMainWindow();
         emit restored();
     }
@@ -72,6 +78,21 @@ void frmtask::restoreMainWindow()
 void frmtask::mwindow_Click()
 {
     restoreMainWindow();
+}
+
+void frmtask::instance_ShowRequested()
+{
+    if (loaded_)
+        mwindow_Click();
+    // A window waiting for an answer (the password prompt, a recurring memo's alarm) stays in
+    // front of the main window, and a shown alarm stays in view.
+    if (QWidget *modal = QApplication::activeModalWidget()) {
+        modal->raise();
+        modal->activateWindow();
+    } else if (QWidget *alarm = loaded_ ? form_->alarmWindow() : nullptr;
+               alarm && alarm->isVisible()) {
+        alarm->raise();
+    }
 }
 
 void frmtask::exit_Click()

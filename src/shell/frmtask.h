@@ -1,5 +1,8 @@
 #pragma once
 
+#include "shell/TrayClicks.h"
+
+#include <QElapsedTimer>
 #include <QObject>
 #include <QSystemTrayIcon>
 
@@ -29,6 +32,10 @@ public:
     // button by itself.
     void icon_Activated(QSystemTrayIcon::ActivationReason reason);
 
+    // Another start of the program handed over to this one: the main window comes forward
+    // as by "Main Window", once the password (if any) has been given.
+    void instance_ShowRequested();
+
 signals:
     // After the main window is back from the tray; the 3D logo resumes here.
     void restored();
@@ -39,4 +46,7 @@ private:
     QSystemTrayIcon *icon_ = nullptr;
     QMenu *mpopupsys_ = nullptr;
     Form1 *form_ = nullptr;
+    bool loaded_ = false; // the main window has passed its password gate and is shown
+    TrayClicks clicks_;
+    QElapsedTimer clickClock_;
 };

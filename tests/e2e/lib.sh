@@ -19,6 +19,15 @@ fail() {
 
 e2e_elapsed() { awk -v now="$(date +%s%N)" -v t0="$E2E_T0" 'BEGIN { printf "%.1f", (now - t0) / 1e9 }'; }
 
+# e2e_bus "$@", before e2e_init: re-runs the calling script on a private session bus, which
+# the program started by start_program then uses.
+e2e_bus() {
+    if [ -z "${E2E_BUS:-}" ]; then
+        command -v dbus-run-session >/dev/null || fail "dbus-run-session is missing: run scripts/setup.sh"
+        E2E_BUS=1 exec dbus-run-session -- bash "$0" "$@"
+    fi
+}
+
 # Re-runs the calling script under its own X server, then sets up the work folder.
 e2e_init() {
     if [ -z "${E2E_DISPLAY_READY:-}" ]; then
@@ -121,9 +130,12 @@ start_program() {
         fi
     fi
     E2E_RUNS=$((${E2E_RUNS:-0} + 1))
-    # No session bus: the tray icon goes to the XEmbed tray, as on a plain X desktop.
-    (cd "$WORK/cwd" && exec env -u DBUS_SESSION_BUS_ADDRESS -u QT_QPA_PLATFORMTHEME -u FAKETIME \
-        -u SESSION_MANAGER "${env[@]}" "$PROG/orva-calendar") >"$WORK/program$E2E_RUNS.log" 2>&1 &
+    # No session bus but the script's own: the tray icon goes to the XEmbed tray, as on a
+    # plain X desktop, unless the script runs a StatusNotifierItem host on its bus.
+    local unset=(-u QT_QPA_PLATFORMTHEME -u FAKETIME -u SESSION_MANAGER)
+    [ -n "${E2E_BUS:-}" ] || unset+=(-u DBUS_SESSION_BUS_ADDRESS)
+    (cd "$WORK/cwd" && exec env "${unset[@]}" "${env[@]}" "$PROG/orva-calendar") \
+        >"$WORK/program$E2E_RUNS.log" 2>&1 &
     APP_PID=$!
     APP_STATUS=
     log "program started (pid $APP_PID${1:+, clock at $1})"
@@ -260,19 +272,19 @@ window_box() {
              /Geometry:/ {split($2, g, "x"); print x, y, g[1], g[2]}'
 }
 
-# tray_icon_centre: "x y" of the program's icon inside the tray.
+# tray_icon_centre: "x y" of the program's icon inside the tray, a line for each icon there.
 tray_icon_centre() {
-    local id px py pw ph x y w h
+    local id px py pw ph x y w h found=1
     read -r px py pw ph < <(window_box "$(xdotool search --onlyvisible --classname '^panel$' | head -n1)")
     for id in $(xdotool search --classname '^orva-calendar$' 2>/dev/null); do
         read -r x y w h < <(window_box "$id")
         if [ "$x" -ge "$px" ] && [ "$y" -ge "$py" ] && [ $((x + w)) -le $((px + pw)) ] &&
             [ $((y + h)) -le $((py + ph)) ]; then
             echo $((x + w / 2)) $((y + h / 2))
-            return 0
+            found=0
         fi
     done
-    return 1
+    return $found
 }
 
 # The lines of a store, each ended by CR LF, as the profile functions write them.
@@ -328,6 +340,17 @@ day_cell_centre() {
     read -r jx jy < <(january_title "$1")
     echo $((jx + (${left[m % 4]} - 83 + 360 * $4) / 15 + 7)) \
         $((jy + (${top[m / 4]} - 600 + 720 + 240 * $3) / 15 + 6))
+}
+
+# start_service NAME SCRIPT: runs one of our python D-Bus services on the session bus; its
+# record is $WORK/NAME.log.
+start_service() {
+    # Debian's own python, which has the Debian D-Bus modules, not one first on the PATH.
+    local python=python3
+    [ ! -x /usr/bin/python3 ] || python=/usr/bin/python3
+    "$python" "$E2E_DIR/$2" "$WORK/$1.log" "$WORK/$1.ready" >"$WORK/$1.out" 2>&1 &
+    E2E_PIDS+=($!)
+    wait_until 20 "the $1 service" test -e "$WORK/$1.ready"
 }
 
 # choose_exit WINDOW: File > Exit from the keyboard.

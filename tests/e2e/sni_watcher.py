@@ -1,0 +1,109 @@
+#!/usr/bin/env python3
+"""A StatusNotifierItem host for the tests: owns org.kde.StatusNotifierWatcher on the session
+bus, says a host is registered, takes the items that register, and on ActivateItem(n) of
+its own interface calls Activate on the last item n times, back to back, as a panel does
+for n left clicks.
+
+    sni_watcher.py ITEMS-FILE READY-FILE
+"""
+import sys
+
+import dbus
+import dbus.service
+from dbus.mainloop.glib import DBusGMainLoop
+from gi.repository import GLib
+
+NAME = "org.kde.StatusNotifierWatcher"
+PATH = "/StatusNotifierWatcher"
+TEST = "org.orva.E2E"
+PROPS = "org.freedesktop.DBus.Properties"
+
+# Written out by hand: python-dbus leaves properties out of its own introspection, and Qt
+# reads IsStatusNotifierHostRegistered only when the introspection lists it.
+INTROSPECTION = """<node>
+ <interface name="org.kde.StatusNotifierWatcher">
+  <method name="RegisterStatusNotifierItem"><arg name="service" type="s" direction="in"/></method>
+  <method name="RegisterStatusNotifierHost"><arg name="service" type="s" direction="in"/></method>
+  <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
+  <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+  <property name="ProtocolVersion" type="i" access="read"/>
+  <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
+  <signal name="StatusNotifierItemUnregistered"><arg type="s"/></signal>
+  <signal name="StatusNotifierHostRegistered"/>
+ </interface>
+ <interface name="org.freedesktop.DBus.Properties">
+  <method name="Get"><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/></method>
+  <method name="GetAll"><arg type="s" direction="in"/><arg type="a{sv}" direction="out"/></method>
+ </interface>
+ <interface name="org.orva.E2E">
+  <method name="ActivateItem"><arg type="i" direction="in"/></method>
+ </interface>
+</node>"""
+
+
+class Watcher(dbus.service.Object):
+    def __init__(self, bus, record):
+        super().__init__(bus, PATH)
+        self.bus = bus
+        self.record = record
+        self.items = []
+
+    @dbus.service.method("org.freedesktop.DBus.Introspectable", in_signature="",
+                         out_signature="s")
+    def Introspect(self):
+        return INTROSPECTION
+
+    def properties(self):
+        return {
+            "RegisteredStatusNotifierItems": dbus.Array(self.items, signature="s"),
+            "IsStatusNotifierHostRegistered": dbus.Boolean(True),
+            "ProtocolVersion": dbus.Int32(0),
+        }
+
+    @dbus.service.method(PROPS, in_signature="ss", out_signature="v")
+    def Get(self, _interface, name):
+        return self.properties()[str(name)]
+
+    @dbus.service.method(PROPS, in_signature="s", out_signature="a{sv}")
+    def GetAll(self, _interface):
+        return self.properties()
+
+    @dbus.service.method(NAME, in_signature="s", out_signature="", sender_keyword="sender")
+    def RegisterStatusNotifierItem(self, service, sender=None):
+        # An item names its bus name, or only its object path on the sender's connection.
+        service = str(service)
+        if service.startswith("/"):
+            service = str(sender)
+        self.items.append(service)
+        with open(self.record, "a", encoding="utf-8") as out:
+            out.write(service + "\n")
+        self.StatusNotifierItemRegistered(service)
+
+    @dbus.service.method(NAME, in_signature="s", out_signature="")
+    def RegisterStatusNotifierHost(self, _service):
+        pass
+
+    @dbus.service.signal(NAME, signature="s")
+    def StatusNotifierItemRegistered(self, service):
+        pass
+
+    @dbus.service.method(TEST, in_signature="i", out_signature="")
+    def ActivateItem(self, count):
+        item = self.bus.get_object(self.items[-1], "/StatusNotifierItem")
+        for _ in range(count):
+            item.Activate(dbus.Int32(0), dbus.Int32(0), dbus_interface="org.kde.StatusNotifierItem",
+                          ignore_reply=True)
+
+
+def main():
+    DBusGMainLoop(set_as_default=True)
+    bus = dbus.SessionBus()
+    watcher = Watcher(bus, sys.argv[1])
+    name = dbus.service.BusName(NAME, bus, do_not_queue=True)
+    open(sys.argv[2], "w").close()
+    GLib.MainLoop().run()
+    del watcher, name
+
+
+if __name__ == "__main__":
+    main()
