@@ -5,12 +5,11 @@ session bus and appends every Notify call to a file, one JSON object a line.
     notifyd.py RECORD-FILE READY-FILE
 """
 import json
-import sys
 
 import dbus
 import dbus.service
-from dbus.mainloop.glib import DBusGMainLoop
-from gi.repository import GLib
+
+from busservice import serve
 
 NAME = "org.freedesktop.Notifications"
 
@@ -49,15 +48,5 @@ class Service(dbus.service.Object):
         pass
 
 
-def main():
-    DBusGMainLoop(set_as_default=True)
-    bus = dbus.SessionBus()
-    service = Service(bus, sys.argv[1])
-    name = dbus.service.BusName(NAME, bus, do_not_queue=True)
-    open(sys.argv[2], "w").close()
-    GLib.MainLoop().run()
-    del service, name
-
-
 if __name__ == "__main__":
-    main()
+    serve(NAME, Service)

@@ -6,12 +6,10 @@ for n left clicks.
 
     sni_watcher.py ITEMS-FILE READY-FILE
 """
-import sys
-
 import dbus
 import dbus.service
-from dbus.mainloop.glib import DBusGMainLoop
-from gi.repository import GLib
+
+from busservice import serve
 
 NAME = "org.kde.StatusNotifierWatcher"
 PATH = "/StatusNotifierWatcher"
@@ -95,15 +93,5 @@ class Watcher(dbus.service.Object):
                           ignore_reply=True)
 
 
-def main():
-    DBusGMainLoop(set_as_default=True)
-    bus = dbus.SessionBus()
-    watcher = Watcher(bus, sys.argv[1])
-    name = dbus.service.BusName(NAME, bus, do_not_queue=True)
-    open(sys.argv[2], "w").close()
-    GLib.MainLoop().run()
-    del watcher, name
-
-
 if __name__ == "__main__":
-    main()
+    serve(NAME, Watcher)
