@@ -25,10 +25,6 @@ class Service(dbus.service.Object):
         # With markup, so that a memo's "&" or "<" must come escaped.
         return ["body", "body-markup"]
 
-    @dbus.service.method(NAME, in_signature="", out_signature="ssss")
-    def GetServerInformation(self):
-        return ("e2e-notifyd", "orva", "1", "1.2")
-
     @dbus.service.method(NAME, in_signature="susssasa{sv}i", out_signature="u")
     def Notify(self, app, replaces, icon, summary, body, actions, hints, timeout):
         self.last_id += 1
@@ -42,10 +38,6 @@ class Service(dbus.service.Object):
         with open(self.record, "a", encoding="utf-8") as out:
             out.write(json.dumps(call) + "\n")
         return dbus.UInt32(self.last_id)
-
-    @dbus.service.method(NAME, in_signature="u", out_signature="")
-    def CloseNotification(self, _id):
-        pass
 
 
 if __name__ == "__main__":

@@ -21,17 +21,10 @@ PROPS = "org.freedesktop.DBus.Properties"
 INTROSPECTION = """<node>
  <interface name="org.kde.StatusNotifierWatcher">
   <method name="RegisterStatusNotifierItem"><arg name="service" type="s" direction="in"/></method>
-  <method name="RegisterStatusNotifierHost"><arg name="service" type="s" direction="in"/></method>
-  <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
   <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
-  <property name="ProtocolVersion" type="i" access="read"/>
-  <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
-  <signal name="StatusNotifierItemUnregistered"><arg type="s"/></signal>
-  <signal name="StatusNotifierHostRegistered"/>
  </interface>
  <interface name="org.freedesktop.DBus.Properties">
   <method name="Get"><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/></method>
-  <method name="GetAll"><arg type="s" direction="in"/><arg type="a{sv}" direction="out"/></method>
  </interface>
  <interface name="org.orva.E2E">
   <method name="ActivateItem"><arg type="i" direction="in"/></method>
@@ -51,20 +44,9 @@ class Watcher(dbus.service.Object):
     def Introspect(self):
         return INTROSPECTION
 
-    def properties(self):
-        return {
-            "RegisteredStatusNotifierItems": dbus.Array(self.items, signature="s"),
-            "IsStatusNotifierHostRegistered": dbus.Boolean(True),
-            "ProtocolVersion": dbus.Int32(0),
-        }
-
     @dbus.service.method(PROPS, in_signature="ss", out_signature="v")
-    def Get(self, _interface, name):
-        return self.properties()[str(name)]
-
-    @dbus.service.method(PROPS, in_signature="s", out_signature="a{sv}")
-    def GetAll(self, _interface):
-        return self.properties()
+    def Get(self, _interface, _name):
+        return dbus.Boolean(True)  # IsStatusNotifierHostRegistered, all Qt asks for
 
     @dbus.service.method(NAME, in_signature="s", out_signature="", sender_keyword="sender")
     def RegisterStatusNotifierItem(self, service, sender=None):
@@ -75,15 +57,6 @@ class Watcher(dbus.service.Object):
         self.items.append(service)
         with open(self.record, "a", encoding="utf-8") as out:
             out.write(service + "\n")
-        self.StatusNotifierItemRegistered(service)
-
-    @dbus.service.method(NAME, in_signature="s", out_signature="")
-    def RegisterStatusNotifierHost(self, _service):
-        pass
-
-    @dbus.service.signal(NAME, signature="s")
-    def StatusNotifierItemRegistered(self, service):
-        pass
 
     @dbus.service.method(TEST, in_signature="i", out_signature="")
     def ActivateItem(self, count):

@@ -1,35 +1,16 @@
-#include "runtime/ProgramFolder.h"
 #include "shell/SingleInstance.h"
 
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 class tst_SingleInstance : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup() { rt::setProgramFolderForTest({}); }
     void serverName_data();
     void serverName();
-    void secondClaimHandsOver();
-    void staleSocketIsTakenOver();
-
-private:
-    QTemporaryDir runtime_;
-    QTemporaryDir folder_;
 };
-
-void tst_SingleInstance::init()
-{
-    qputenv("XDG_RUNTIME_DIR", runtime_.path().toLocal8Bit());
-    rt::setProgramFolderForTest(folder_.path());
-}
 
 void tst_SingleInstance::serverName_data()
 {
@@ -58,40 +39,6 @@ void tst_SingleInstance::serverName()
     QCOMPARE(name == reference, same);
     QVERIFY(name.size() < 64);
     QVERIFY(!name.contains(QLatin1Char('/')));
-}
-
-void tst_SingleInstance::secondClaimHandsOver()
-{
-    SingleInstance first;
-    QVERIFY(first.claim());
-    QSignalSpy shown(&first, &SingleInstance::showRequested);
-    SingleInstance second;
-    QVERIFY(!second.claim());
-    QVERIFY(shown.wait(5000));
-    // Another program folder is another calendar.
-    QTemporaryDir other;
-    rt::setProgramFolderForTest(other.path());
-    SingleInstance beside;
-    QVERIFY(beside.claim());
-}
-
-void tst_SingleInstance::staleSocketIsTakenOver()
-{
-    // What a killed copy leaves: a socket file that nobody listens on.
-    const QString path = runtime_.path() + QLatin1Char('/') +
-                         SingleInstance::serverName(QString::number(::getuid()), folder_.path());
-    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
-    QCOMPARE(::bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
-    ::close(fd);
-    QVERIFY(QFileInfo::exists(path));
-
-    SingleInstance next;
-    QVERIFY(next.claim());
-    SingleInstance after;
-    QVERIFY(!after.claim());
 }
 
 QTEST_GUILESS_MAIN(tst_SingleInstance)
