@@ -51,6 +51,8 @@ void frmtask::Form_Load()
     connect(form_, &Form1::mwindowRequested, this, &frmtask::mwindow_Click);
     connect(form_, &Form1::exitRequested, this, &frmtask::exit_Click);
     connect(this, &frmtask::restored, form_, &Form1::resetLogo);
+    connect(&form_->missedPass(), &reminders::MissedPass::missedFound, this,
+            [this](int count) { notifier_.notifyMissed(count); });
     form_->Form_Load();
     form_->show();
     loaded_ = true;

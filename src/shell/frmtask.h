@@ -1,5 +1,6 @@
 #pragma once
 
+#include "notify/DesktopNotifier.h"
 #include "shell/TrayClicks.h"
 
 #include <QElapsedTimer>
@@ -48,5 +49,6 @@ private:
     Form1 *form_ = nullptr;
     bool loaded_ = false; // the main window has passed its password gate and is shown
     TrayClicks clicks_;
+    DesktopNotifier notifier_;
     QElapsedTimer clickClock_;
 };
