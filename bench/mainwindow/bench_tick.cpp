@@ -19,7 +19,11 @@ struct Counter : ReminderOutput {
     int shown = 0;
     int launched = 0;
     void showOneOffAlarm(const Alarm &) override { ++shown; }
-    void showRecurringAlarm(const Alarm &) override { ++shown; }
+    void showRecurringAlarm(const Alarm &, std::function<void()> closed) override
+    {
+        ++shown;
+        closed();
+    }
     void launchAction(const QString &) override { ++launched; }
 };
 

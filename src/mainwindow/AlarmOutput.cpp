@@ -26,18 +26,26 @@ frmalarm &AlarmOutput::fill(const Alarm &alarm)
 void AlarmOutput::showOneOffAlarm(const Alarm &alarm)
 {
     frmalarm &window = fill(alarm);
+    // Over an open modal alarm, the memo takes the window as it is.
+    if (!window.isVisible())
+        window.setWindowModality(Qt::NonModal);
     window.show();
     window.raise();
     window.activateWindow();
 }
 
-void AlarmOutput::showRecurringAlarm(const Alarm &alarm)
+void AlarmOutput::showRecurringAlarm(const Alarm &alarm, std::function<void()> closed)
 {
     frmalarm &window = fill(alarm);
     // A window already shown modeless only turns modal when it is shown again.
     if (window.isVisible())
         window.hide();
-    window.exec();
+    window.setWindowModality(Qt::ApplicationModal);
+    QObject::connect(&window, &QDialog::finished, &window, std::move(closed),
+                     Qt::SingleShotConnection);
+    window.show();
+    window.raise();
+    window.activateWindow();
 }
 
 void AlarmOutput::launchAction(const QString &path)

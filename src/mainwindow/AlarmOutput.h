@@ -16,7 +16,7 @@ public:
     ~AlarmOutput() override;
 
     void showOneOffAlarm(const Alarm &alarm) override;
-    void showRecurringAlarm(const Alarm &alarm) override;
+    void showRecurringAlarm(const Alarm &alarm, std::function<void()> closed) override;
     void launchAction(const QString &path) override;
 
     frmalarm *window() const { return window_.get(); } // null before the first memo

@@ -4,7 +4,6 @@
 #include "runtime/DateText.h"
 #include "runtime/Numbers.h"
 
-#include <QScopedValueRollback>
 #include <algorithm>
 
 namespace
@@ -175,12 +174,8 @@ void ReminderCheck::tick(rt::Date now)
             continue;
         }
         const HourMinute at = event.allDay ? HourMinute{} : event.time.value();
-        // Once a modal alarm has been answered, this tick's instant is old: the ticks under
-        // the alarm have checked the rest at later ones, and going on would clear the flags
-        // set as the alarms closed.
-        if (dueNow(event.allDay, at, hour, minute, recurringFired_[i]) && !openOrWaiting(i) &&
-            fireRecurring(i))
-            return;
+        if (dueNow(event.allDay, at, hour, minute, recurringFired_[i]) && !openOrWaiting(i))
+            fireRecurring(i);
     }
 }
 
@@ -191,23 +186,20 @@ bool ReminderCheck::openOrWaiting(int i) const
                        [i](const Waiting &waiting) { return waiting.event == i; });
 }
 
-// Only the tick that no modal alarm is open under shows one; the memos due meanwhile are
-// shown in turn once it returns. Each flag is set as its window closes. Whether any was shown.
-bool ReminderCheck::showWaiting()
+// One modal alarm at a time, the next once it is closed. Each flag is set as its window
+// closes.
+void ReminderCheck::showWaiting()
 {
-    if (openRecurring_ != 0)
-        return false;
-    const bool shown = !waiting_.empty();
-    while (!waiting_.empty()) {
-        const Waiting next = waiting_.front();
-        waiting_.erase(waiting_.begin());
-        {
-            const QScopedValueRollback open(openRecurring_, next.event);
-            output_.showRecurringAlarm(next.alarm);
-        }
-        markRecurringFired(next.event);
-    }
-    return shown;
+    if (openRecurring_ != 0 || waiting_.empty())
+        return;
+    const Waiting next = waiting_.front();
+    waiting_.erase(waiting_.begin());
+    openRecurring_ = next.event;
+    output_.showRecurringAlarm(next.alarm, [this, i = next.event] {
+        openRecurring_ = 0;
+        markRecurringFired(i);
+        showWaiting();
+    });
 }
 
 // Bounds are checked again: a reload may have come while the modal alarm was open.
@@ -228,7 +220,7 @@ void ReminderCheck::fireEvent(int i)
                              reminders::whenLine(event)});
 }
 
-bool ReminderCheck::fireRecurring(int i)
+void ReminderCheck::fireRecurring(int i)
 {
     const store::RecurringEvent &event = model_->recurring[i];
     // Weekly, monthly and yearly events are told memo from action by the one-off event of
@@ -241,10 +233,10 @@ bool ReminderCheck::fireRecurring(int i)
     if (store::isAction(*marked)) {
         output_.launchAction(store::actionPath(*marked));
         markRecurringFired(i);
-        return false;
+        return;
     }
     waiting_.push_back({i,
                         {event.cat, reminders::categoryColour(*model_, event.cat), event.memo,
                          reminders::whenLine(event)}});
-    return showWaiting();
+    showWaiting();
 }

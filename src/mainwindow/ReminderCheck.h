@@ -8,6 +8,7 @@
 #include <QList>
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -26,8 +27,10 @@ public:
     virtual ~ReminderOutput() = default;
     // The one shared alarm window, modeless: returns at once.
     virtual void showOneOffAlarm(const Alarm &alarm) = 0;
-    // The same window, modal: returns once the user has closed it.
-    virtual void showRecurringAlarm(const Alarm &alarm) = 0;
+    // The same window, modal to the whole program; returns at once, and `closed` runs once
+    // the user has closed it. It does not wait in a loop of its own: the timer that runs the
+    // check could not tick again from inside its own handler.
+    virtual void showRecurringAlarm(const Alarm &alarm, std::function<void()> closed) = 0;
     // Opens the path with the desktop's "open"; nothing is reported back.
     virtual void launchAction(const QString &path) = 0;
 };
@@ -88,9 +91,9 @@ private:
     // Whether event i fires now; a timed event's flag is cleared once its minute is over.
     static bool dueNow(bool allDay, const HourMinute &at, int hour, int minute, bool &fired);
     void fireEvent(int i);
-    bool fireRecurring(int i); // whether a modal alarm was shown and answered
+    void fireRecurring(int i);
     bool openOrWaiting(int i) const;
-    bool showWaiting();
+    void showWaiting();
     void markRecurringFired(int i);
     void convertYearlyDates(int year);
 

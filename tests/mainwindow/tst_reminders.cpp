@@ -51,7 +51,8 @@ rt::Date at(const char *text)
 
 struct Recorder : ReminderOutput {
     QStringList log;
-    std::function<void()> whileModal;
+    bool holdModal = false;      // otherwise each modal alarm is closed at once
+    std::function<void()> close; // the open modal alarm's, while held
 
     void note(const char *how, const Alarm &a)
     {
@@ -61,11 +62,13 @@ struct Recorder : ReminderOutput {
                    .arg(a.memo, a.when);
     }
     void showOneOffAlarm(const Alarm &a) override { note("modeless", a); }
-    void showRecurringAlarm(const Alarm &a) override
+    void showRecurringAlarm(const Alarm &a, std::function<void()> closed) override
     {
         note("modal", a);
-        if (whileModal)
-            whileModal();
+        if (holdModal)
+            close = std::move(closed);
+        else
+            closed();
     }
     void launchAction(const QString &path) override { log << "open|" + path; }
 };
@@ -185,24 +188,6 @@ private slots:
         QTEST(out.log.value(out.log.size() - 1), "last");
     }
 
-    void recurringFlagIsSetWhenTheModalAlarmCloses()
-    {
-        writeStore(counts(0, 1) + rec("Daily", "", "", "00:00", "Pills"));
-        const store::Model model = store::loadModel();
-        Recorder out;
-        ReminderCheck check(out);
-        check.setModel(model);
-        bool flagWhileOpen = true;
-        out.whileModal = [&] {
-            flagWhileOpen = check.recurringFired()[1];
-            check.tick(at("2026-03-03 12:00")); // the timer goes on under a modal window
-        };
-        check.tick(at("2026-03-03 12:00"));
-        QVERIFY(!flagWhileOpen);
-        QCOMPARE(out.log.size(), 1);
-        QVERIFY(check.recurringFired()[1]);
-    }
-
     // A daily memo at 9:00 left open until 9:02: the one-off memo of 9:01 takes the shared
     // window at once, the daily memo of 9:01 waits for the first to close, and the open one
     // never fires again under its own window.
@@ -215,24 +200,26 @@ private slots:
         Recorder out;
         ReminderCheck check(out);
         check.setModel(model);
-        QStringList flags;
-        out.whileModal = [&] {
-            if (out.log.size() > 1)
-                return;
-            for (const char *t : {"9:00:30", "9:01:00", "9:01:30", "9:02:00"}) {
-                check.tick(at((QByteArray("2026-03-03 ") + t).constData()));
-                flags << QStringLiteral("%1%2")
-                             .arg(check.recurringFired()[1])
-                             .arg(check.recurringFired()[2]);
-            }
-        };
+        out.holdModal = true;
         check.tick(at("2026-03-03 9:00:05"));
-        QVERIFY(check.recurringFired()[1] && check.recurringFired()[2]);
-        check.tick(at("2026-03-03 9:02:10"));
-        QCOMPARE(out.log, QStringList({"modal|Home|300|Stretch|9:00 AM  Daily",
-                                       "modeless|Work|400|Call|3/3/2026  9:01:00 AM",
-                                       "modal|Home|300|Water|9:01 AM  Daily"}));
+        QStringList flags;
+        for (const char *t : {"9:00:30", "9:01:00", "9:01:30", "9:02:00"}) {
+            check.tick(at((QByteArray("2026-03-03 ") + t).constData()));
+            flags << QStringLiteral("%1%2")
+                         .arg(check.recurringFired()[1])
+                         .arg(check.recurringFired()[2]);
+        }
         QCOMPARE(flags, QStringList({"00", "00", "00", "00"}));
+        QCOMPARE(out.log, QStringList({"modal|Home|300|Stretch|9:00 AM  Daily",
+                                       "modeless|Work|400|Call|3/3/2026  9:01:00 AM"}));
+        std::exchange(out.close, {})();
+        QCOMPARE(out.log.last(), "modal|Home|300|Water|9:01 AM  Daily");
+        QVERIFY(check.recurringFired()[1] && !check.recurringFired()[2]);
+        check.tick(at("2026-03-03 9:02:05"));
+        std::exchange(out.close, {})();
+        QVERIFY(check.recurringFired()[2]);
+        check.tick(at("2026-03-03 9:02:10"));
+        QCOMPARE(out.log.size(), 3);
     }
 
     void actionPathOpensAsWritten()
