@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 bash scripts/setup.sh
 build=${BUILD_DIR:-build}
 benches=(store/bench_load store/bench_profile mainwindow/bench_activate mainwindow/bench_tick
-         mainwindow/bench_missed yearcalendar/bench_calendar)
+         mainwindow/bench_missed yearcalendar/bench_calendar ical/bench_import)
 
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVA_BUILD_BENCH=ON >/dev/null
 cmake --build "$build" -j"$(nproc)" --target orva-calendar "${benches[@]##*/}" >/dev/null
@@ -67,6 +67,7 @@ row "calendar click and repaint, mean" \
     "$(figure bench_calendar 'left click, then painting the widget\s+\d+ runs\s+mean\s+')" ms 5
 row "20,000 colour calls, mean" \
     "$(figure bench_calendar '10,000 GetDayBackcolor\s+\d+ runs\s+mean\s+')" ms 20
+row "iCalendar import of 1,000 events, median" "$(figure bench_import 'median ')" ms 2000
 row "logo turning, window shown (CPU)" "$(figure logo 'window shown, logo turning:\s*')" % 3
 row "logo, window hidden in the tray (CPU)" "$(figure logo 'window hidden in the tray:\s*')" % 0.3
 

@@ -10,6 +10,7 @@ packages=(
   xvfb xauth xdotool imagemagick poppler-utils trayer openbox fonts-liberation2 faketime
   dbus-daemon dbus-bin python3-dbus python3-gi
   clang libclang-rt-14-dev
+  libical-dev python3-icalendar
 )
 
 missing=()

@@ -174,6 +174,12 @@ void Form1::createMenus()
             this, &Form1::printCalendarRequested);
     connect(addItem(file, "print", QStringLiteral("Print...")), &QAction::triggered, this,
             &Form1::printRequested);
+    file->addSeparator();
+    connect(addItem(file, "exportIcal", QStringLiteral("Export to iCalendar...")),
+            &QAction::triggered, this, &Form1::exportIcalRequested);
+    connect(addItem(file, "importIcal", QStringLiteral("Import from iCalendar...")),
+            &QAction::triggered, this, &Form1::importIcalRequested);
+    file->addSeparator();
     connect(addItem(file, "exit", QStringLiteral("Exit")), &QAction::triggered, this,
             &Form1::exit_Click);
 

@@ -110,6 +110,8 @@ signals:
     // The File and Help menus, and a click on the logo.
     void printRequested();
     void printCalendarRequested();
+    void exportIcalRequested();
+    void importIcalRequested();
     void contentsRequested();
     void indexRequested();
     void aboutRequested();

@@ -1,6 +1,7 @@
 #include "shell/frmtask.h"
 
 #include "dialogs/frmalarm.h"
+#include "ical/IcalCommands.h"
 #include "mainwindow/Form1.h"
 #include "shell/AppIcon.h"
 #include "shell/EventDialogs.h"
@@ -45,6 +46,7 @@ void frmtask::Form_Load()
     form_ = new Form1;
     new EventDialogs(form_);
     new ShellCommands(form_);
+    new IcalCommands(form_);
     form_->setWindowIcon(appIcon());
     // Without a tray, a minimised window must stay reachable from the task bar.
     form_->setHideWhenMinimised(QSystemTrayIcon::isSystemTrayAvailable());

@@ -5,6 +5,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <array>
 #include <cstdint>
 
 // The layout of Data.ini: which sections and keys hold what, read and written key by key
@@ -31,6 +32,12 @@ inline const QString kMonthKey = QStringLiteral("Month");
 inline const QString kActionMarker = QStringLiteral("&**");
 // The time of an all-day event.
 inline const QString kAllDayTime = QStringLiteral("00:00");
+
+// The "Day" of a weekly event, Sunday first.
+inline const std::array<QString, 7> kWeekdayNames = {
+    QStringLiteral("Sunday"),    QStringLiteral("Monday"),   QStringLiteral("Tuesday"),
+    QStringLiteral("Wednesday"), QStringLiteral("Thursday"), QStringLiteral("Friday"),
+    QStringLiteral("Saturday")};
 
 inline const QString kDaily = QStringLiteral("Daily");
 inline const QString kWeekly = QStringLiteral("Weekly");

@@ -329,6 +329,7 @@ struct Document {
     quint64 watchGeneration = 0; // the watches it was last set up with; 0 for none yet
     bool watched = false;        // whether those watches report every change to it
     quint64 checkedAt = 0;       // how many reports had been taken when it was last checked
+    bool pending = false;        // holds writes of an open batch that the disk has not seen
 
     QStringView content(LineId id) const
     {
@@ -386,6 +387,7 @@ struct Document {
 };
 
 quint64 g_parseCount = 0;
+int g_batchDepth = 0; // open WriteBatch objects
 
 // Files a line into the indexes, as parsing line by line from the top does. `current` is the
 // section the lines before belong to: none before the first header and under a repeated
@@ -939,10 +941,12 @@ struct Cache {
         if (docs.size() >= kCachedFiles) {
             auto oldest = docs.begin();
             for (auto it = docs.begin(); it != docs.end(); ++it) {
-                if (it->second->lastUse < oldest->second->lastUse)
+                if (!it->second->pending &&
+                    (oldest->second->pending || it->second->lastUse < oldest->second->lastUse))
                     oldest = it;
             }
-            erase(oldest->first);
+            if (!oldest->second->pending)
+                erase(oldest->first);
         }
         doc->lastUse = ++clock;
         doc->native = QFile::encodeName(path);
@@ -1049,6 +1053,11 @@ Document *openDocument(const QString &path, Presence &presence)
 {
     Cache &c = cache();
     c.use(path);
+    // A batch's writes are newer than anything on disk.
+    if (c.lastDoc && c.lastDoc->pending) {
+        presence = Presence::Present;
+        return c.lastDoc;
+    }
     if (ChangeWatch::instance().unchanged(c.lastDoc)) {
         presence = Presence::Present;
         c.lastDoc->lastUse = ++c.clock;
@@ -1111,10 +1120,11 @@ bool writePrivateProfileString(const QString &section, const QString &key, const
         const QByteArray bytes = rt::toAnsi(u'[' + sec + QStringLiteral("]\r\n") + name + u'=' +
                                             text + QStringLiteral("\r\n"));
         FileId id;
-        if (!replaceFile(fileName, bytes, id))
+        if (g_batchDepth == 0 && !replaceFile(fileName, bytes, id))
             return false;
         load(*fresh, bytes);
         fresh->id = id;
+        fresh->pending = g_batchDepth > 0;
         cache().store(fileName, std::move(fresh));
         return true;
     }
@@ -1122,6 +1132,13 @@ bool writePrivateProfileString(const QString &section, const QString &key, const
     const Edit edit = applyWrite(*doc, sec, name, text);
     if (edit == Edit::Unchanged)
         return true;
+    if (g_batchDepth > 0) {
+        // The disk gets every write of the batch at once, when it is committed.
+        if (edit == Edit::NeedsReparse)
+            load(*doc, serialize(*doc));
+        doc->pending = true;
+        return true;
+    }
     QByteArray bytes = serialize(*doc);
     FileId id;
     if (!replaceFile(fileName, bytes, id)) {
@@ -1133,6 +1150,45 @@ bool writePrivateProfileString(const QString &section, const QString &key, const
     doc->id = id;
     doc->watchGeneration = 0; // a new file, not watched yet: the next call looks at it
     return true;
+}
+
+WriteBatch::WriteBatch()
+{
+    ++g_batchDepth;
+}
+
+WriteBatch::~WriteBatch()
+{
+    if (--g_batchDepth > 0)
+        return;
+    // Not committed: the writes are dropped and the files read again from disk.
+    Cache &c = cache();
+    for (auto it = c.docs.begin(); it != c.docs.end();) {
+        if (it->second->pending && it->second.get() == c.lastDoc)
+            c.lastDoc = nullptr;
+        it = it->second->pending ? c.docs.erase(it) : std::next(it);
+    }
+}
+
+bool WriteBatch::commit()
+{
+    if (g_batchDepth > 1)
+        return true; // the outermost batch writes
+    bool ok = true;
+    Cache &c = cache();
+    for (auto &[path, doc] : c.docs) {
+        if (!doc->pending)
+            continue;
+        FileId id;
+        if (!replaceFile(path, serialize(*doc), id)) {
+            ok = false;
+            continue; // dropped with the other unwritten ones when the batch closes
+        }
+        doc->pending = false;
+        doc->id = id;
+        doc->watchGeneration = 0;
+    }
+    return ok;
 }
 
 namespace profilecache

@@ -25,6 +25,21 @@ int getPrivateProfileString(const QString &section, const QString &key, const QS
 bool writePrivateProfileString(const QString &section, const QString &key, const QString &value,
                                const QString &fileName);
 
+// Groups writes: while one is open, writes change only the parsed copies, which reads see;
+// commit() then replaces each changed file once, atomically. Closing without a successful
+// commit drops the writes, so the files keep all or nothing of them. Nested batches write
+// with the outermost.
+class WriteBatch
+{
+public:
+    WriteBatch();
+    ~WriteBatch();
+    WriteBatch(const WriteBatch &) = delete;
+    WriteBatch &operator=(const WriteBatch &) = delete;
+
+    bool commit(); // false when a file could not be written
+};
+
 namespace profilecache
 {
 

@@ -1,0 +1,238 @@
+#include "Fixtures.h"
+#include "ical/IcalImport.h"
+#include "runtime/DateText.h"
+
+#include <QTest>
+
+using namespace ical;
+
+namespace
+{
+
+QByteArray calendar(const QByteArray &events)
+{
+    return "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//test//EN\r\n" + events +
+           "END:VCALENDAR\r\n";
+}
+
+QByteArray vevent(const QByteArray &lines)
+{
+    return "BEGIN:VEVENT\r\nUID:x@test\r\nDTSTAMP:20260101T000000Z\r\n" + lines + "END:VEVENT\r\n";
+}
+
+// "One-off 3/14/2026 9:30 AM Dentist [Health]", "Not imported: why", one a line.
+QString described(const QList<Item> &items)
+{
+    QStringList lines;
+    for (const Item &item : items) {
+        if (item.kind == Kind::NotImported) {
+            lines << QStringLiteral("Not imported: ") + item.note;
+            continue;
+        }
+        lines << QStringLiteral("%1 %2 %3 %4 [%5]")
+                     .arg(kindText(item.kind), whenText(item), item.time, item.memo, item.category);
+    }
+    return lines.join('\n');
+}
+
+} // namespace
+
+class TestIcalImport : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        // Times with a zone come in local time: Berlin's here.
+        qputenv("TZ", "Europe/Berlin");
+        tzset();
+    }
+
+    void mapping_data()
+    {
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<QString>("expected");
+        QTest::addColumn<QString>("note");
+
+        QTest::newRow("floating time") << vevent("DTSTART:20260314T093000\r\nSUMMARY:Dentist\r\n"
+                                                 "CATEGORIES:Health,Teeth\r\n")
+                                       << "One-off 3/14/2026 9:30 AM Dentist [Health]"
+                                       << "";
+        QTest::newRow("all day, three days")
+            << vevent(
+                   "DTSTART;VALUE=DATE:20260704\r\nDTEND;VALUE=DATE:20260707\r\nSUMMARY:Trip\r\n")
+            << "One-off 7/4/2026 00:00 Trip []"
+            << "lasts 3 days";
+        QTest::newRow("UTC") << vevent("DTSTART:20260314T230000Z\r\nSUMMARY:Late\r\n")
+                             << "One-off 3/15/2026 00:00 Late []"
+                             << "midnight";
+        QTest::newRow("named zone")
+            << vevent("DTSTART;TZID=America/New_York:20260314T090000\r\nSUMMARY:Call\r\n")
+            << "One-off 3/14/2026 2:00 PM Call []"
+            << "";
+        QTest::newRow("unknown zone")
+            << vevent("DTSTART;TZID=Mars/Olympus:20260314T090000\r\nSUMMARY:Call\r\n")
+            << "Not imported: its time zone \"Mars/Olympus\" is unknown"
+            << "";
+        QTest::newRow("invalid date") << vevent("DTSTART:20260230T100000\r\nSUMMARY:Bad\r\n")
+                                      << "Not imported: it has no valid start date"
+                                      << "";
+        QTest::newRow("no start") << vevent("SUMMARY:Bad\r\n")
+                                  << "Not imported: it has no valid start date"
+                                  << "";
+        QTest::newRow("daily")
+            << vevent("DTSTART:20250101T080000\r\nRRULE:FREQ=DAILY\r\nSUMMARY:Pills\r\n")
+            << "Daily every day 8:00 AM Pills []"
+            << "";
+        QTest::newRow("weekly by day")
+            << vevent("DTSTART:20260107T180000\r\nRRULE:FREQ=WEEKLY;BYDAY=MO\r\nSUMMARY:Gym\r\n")
+            << "Weekly every Monday 6:00 PM Gym []"
+            << "";
+        QTest::newRow("weekly, start's day")
+            << vevent("DTSTART;VALUE=DATE:20260107\r\nRRULE:FREQ=WEEKLY\r\nSUMMARY:Bins\r\n")
+            << "Weekly every Wednesday 00:00 Bins []"
+            << "";
+        QTest::newRow("monthly") << vevent("DTSTART;VALUE=DATE:20260131\r\nRRULE:FREQ=MONTHLY\r\n"
+                                           "SUMMARY:Rent\r\n")
+                                 << "Monthly day 31 of every month 00:00 Rent []"
+                                 << "";
+        QTest::newRow("yearly") << vevent("DTSTART;VALUE=DATE:19800314\r\nRRULE:FREQ=YEARLY;"
+                                          "BYMONTH=3;BYMONTHDAY=14\r\nSUMMARY:Birthday\r\n")
+                                << "Yearly every March 14 00:00 Birthday []"
+                                << "";
+        QTest::newRow("yearly on 29 February")
+            << vevent("DTSTART;VALUE=DATE:20240229\r\nRRULE:FREQ=YEARLY\r\nSUMMARY:Leap\r\n")
+            << "One-off 2/29/2028 00:00 Leap []"
+            << "29 February";
+        QTest::newRow("count")
+            << vevent("DTSTART:20260105T090000\r\nRRULE:FREQ=WEEKLY;COUNT=2\r\nSUMMARY:Course\r\n")
+            << "One-off 1/5/2026 9:00 AM Course (1/5/2026) []\n"
+               "One-off 1/12/2026 9:00 AM Course (1/12/2026) []"
+            << "COUNT";
+        QTest::newRow("exdate") << vevent(
+                                       "DTSTART;VALUE=DATE:20271229\r\nRRULE:FREQ=DAILY;COUNT=3\r\n"
+                                       "EXDATE;VALUE=DATE:20271230\r\nSUMMARY:Off\r\n")
+                                << "One-off 12/29/2027 00:00 Off (12/29/2027) []\n"
+                                   "One-off 12/31/2027 00:00 Off (12/31/2027) []"
+                                << "EXDATE";
+        QTest::newRow("nth weekday, one in range")
+            << vevent("DTSTART;VALUE=DATE:20280514\r\nRRULE:FREQ=YEARLY;BYMONTH=5;BYDAY=2SU\r\n"
+                      "SUMMARY:Mother's Day\r\n")
+            << "One-off 5/14/2028 00:00 Mother's Day []"
+            << "has no equal";
+        QTest::newRow("no date in range")
+            << vevent("DTSTART;VALUE=DATE:20200101\r\nRRULE:FREQ=DAILY;COUNT=3\r\nSUMMARY:Old\r\n")
+            << "Not imported: it ends after 3 times (COUNT); it has no date from 2026 to 2028"
+            << "";
+        QTest::newRow("hourly")
+            << vevent("DTSTART:20260101T080000\r\nRRULE:FREQ=HOURLY\r\nSUMMARY:H\r\n")
+            << "Not imported: it repeats within a day, which the calendar cannot"
+            << "";
+        QTest::newRow("line breaks")
+            << vevent("DTSTART;VALUE=DATE:20260101\r\nSUMMARY:Two\\nlines\r\n")
+            << "One-off 1/1/2026 00:00 Two lines []"
+            << "line breaks";
+        QTest::newRow("long memo")
+            << vevent("DTSTART;VALUE=DATE:20260101\r\nSUMMARY:" + QByteArray(300, 'm') + "\r\n")
+            << "One-off 1/1/2026 00:00 " + QString(254, 'm') + " []"
+            << "cut to 254";
+        QTest::newRow("action") << vevent("DTSTART:20260101T120000\r\nSUMMARY:run.exe\r\nX-ORVA-"
+                                          "ACTION:C:\\\\Tools\\\\run.exe\r\n")
+                                << "One-off 1/1/2026 12:00 PM &**C:\\Tools\\run.exe []"
+                                << "";
+    }
+
+    void mapping()
+    {
+        QFETCH(QByteArray, lines);
+        QFETCH(QString, expected);
+        QFETCH(QString, note);
+        const TestFolder folder; // the en_US locale
+        const ReadResult read = readCalendar(calendar(lines));
+        QVERIFY2(read.calendar, qPrintable(read.error));
+        const QList<Item> items = plan(*read.calendar, {2026, 2028});
+        QCOMPARE(described(items), expected);
+        QVERIFY2(items.first().note.contains(note), qPrintable(items.first().note));
+    }
+
+    void badInput_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("error");
+
+        const QByteArray good = calendar(vevent("DTSTART:20260101T080000\r\nSUMMARY:A\r\n"));
+        QTest::newRow("empty") << QByteArray("\r\n \r\n") << "The file is empty.";
+        QTest::newRow("not iCalendar")
+            << QByteArray("[count]\r\nc=1\r\n") << "The file is not an iCalendar file.";
+        QTest::newRow("truncated") << good.left(good.size() - 20)
+                                   << "The file is incomplete: it ends before its calendar does.";
+        QTest::newRow("50 MB")
+            << calendar(QByteArray(50 << 20, 'x'))
+            << "The file is larger than 8 MB, too large for a calendar to import.";
+        QTest::newRow("not UTF-8")
+            << calendar(vevent("DTSTART:20260101T080000\r\nSUMMARY:Caf\xe9\r\n"))
+            << "The file is not UTF-8 text, which iCalendar files are.";
+        QTest::newRow("no events")
+            << calendar("BEGIN:VTODO\r\nSUMMARY:x\r\nEND:VTODO\r\n") << "The file holds no events.";
+    }
+
+    void badInput()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, error);
+        const ReadResult read = readCalendar(bytes);
+        QVERIFY(!read.calendar);
+        QCOMPARE(read.error, error);
+    }
+
+    // A rule that never gives a date in the range ends within the work's limit.
+    void endlessRuleStops()
+    {
+        QByteArray events;
+        for (int i = 0; i < 50; ++i)
+            events += vevent("DTSTART;VALUE=DATE:19000101\r\nRRULE:FREQ=DAILY;COUNT=100000000\r\n"
+                             "SUMMARY:E\r\n");
+        const ReadResult read = readCalendar(calendar(events));
+        QVERIFY(read.calendar);
+        const QList<Item> items = plan(*read.calendar, {2026, 2027});
+        QVERIFY(items.last().note.contains("too long"));
+    }
+
+    // Duplicates are held back until renamed; the rest are written as the add dialog writes
+    // them, new categories first.
+    void writing()
+    {
+        const TestFolder folder;
+        TestFolder::setData(
+            "[Categories]\nc=2\n1=More\n1c=255\n2=Health\n2c=65280\n"
+            "[count]\nc=1\n[1]\nDate=1/1/2026\nTime=00:00\nMemo=Dentist\nCat=Health\n");
+        const ReadResult read = readCalendar(calendar(
+            vevent("DTSTART:20260314T093000\r\nSUMMARY:Dentist\r\nCATEGORIES:health\r\n") +
+            vevent("DTSTART;VALUE=DATE:20260101\r\nRRULE:FREQ=YEARLY\r\nSUMMARY:New Year\r\n"
+                   "CATEGORIES:Holiday\r\n") +
+            vevent("DTSTART:20260105T090000\r\nRRULE:FREQ=WEEKLY;COUNT=2\r\nSUMMARY:Gym\r\n")));
+        QVERIFY(read.calendar);
+        QList<Item> items = plan(*read.calendar, {2026, 2027});
+        const store::Model model = store::loadModel();
+        QCOMPARE(problems(items, model),
+                 QStringList({"memo already exists: rename it to import it", "", "", ""}));
+
+        QCOMPARE(writeItems(items, model, "Health"), 3);
+        items[0].memo = "Dentist again";
+        items[1].chosen = items[2].chosen = items[3].chosen = false;
+        QCOMPARE(writeItems(items, store::loadModel(), "Health"), 1);
+        QCOMPARE(QString::fromLatin1(TestFolder::data()),
+                 QString::fromLatin1(crlf(
+                     "[Categories]\nc=3\n1=More\n1c=255\n2=Health\n2c=65280\n3=Holiday\n3c=0\n"
+                     "[count]\nc=4\n[1]\nDate=1/1/2026\nTime=00:00\nMemo=Dentist\nCat=Health\n"
+                     "[rcount]\nc=1\n[r1]\nType=Yearly\nDay=1\nMonth=1\nTime=00:00\nMemo=New Year\n"
+                     "Cat=Holiday\n"
+                     "[2]\nDate=1/5/2026\nTime=9:00 AM\nMemo=Gym (1/5/2026)\nCat=Health\n"
+                     "[3]\nDate=1/12/2026\nTime=9:00 AM\nMemo=Gym (1/12/2026)\nCat=Health\n"
+                     "[4]\nDate=3/14/2026\nTime=9:30 AM\nMemo=Dentist again\nCat=Health\n")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestIcalImport)
+#include "tst_icalimport.moc"

@@ -1,0 +1,138 @@
+#include "Fixtures.h"
+#include "ical/IcalExport.h"
+#include "ical/IcalImport.h"
+#include "mainwindow/DayView.h"
+#include "mainwindow/Painters.h"
+#include "runtime/DateText.h"
+
+#include <QHash>
+#include <QProcess>
+#include <QTest>
+
+namespace
+{
+
+const QByteArray kCategories = "[Categories]\nc=4\n1=More\n1c=255\n2=Work\n2c=65280\n3=Home\n"
+                               "3c=16711680\n4=Kids, school\n4c=4210752\n";
+
+// One event of every kind; 14 March carries two categories.
+const QByteArray kEvents =
+    "[count]\nc=3\n[1]\nDate=3/14/2026\nTime=9:30 AM\nMemo=Dentist\nCat=Home\n"
+    "[2]\nDate=7/4/2026\nTime=00:00\nMemo=Parade; with \"quotes\", commas\nCat=Kids, school\n"
+    "[3]\nDate=3/14/2026\nTime=6:00 PM\nMemo=&**C:\\Tools\\backup, nightly.exe\nCat=Work\n"
+    "[rcount]\nc=4\n[r1]\nType=Daily\nTime=8:00 AM\nMemo=Pills\nCat=Home\n"
+    "[r2]\nType=Weekly\nDay=Monday\nTime=00:00\nMemo=Gym\nCat=Work\n"
+    "[r3]\nType=Monthly\nDay=31\nTime=12:00 PM\nMemo=Rent\nCat=Home\n"
+    "[r4]\nType=Yearly\nDay=14\nMonth=3\nTime=00:00\nMemo=Birthday\nCat=Kids, school\n";
+
+class Surface : public CalendarSurface
+{
+public:
+    QHash<int, rt::WinColor> colours;
+    void setDayBackColorAll(rt::WinColor) override { colours.clear(); }
+    void SetDayBackColor(rt::Date d, rt::WinColor c) override
+    {
+        if (rt::Year(d) == 2026)
+            colours[int(d)] = c;
+    }
+    rt::WinColor GetDayBackcolor(rt::Date d) override { return colours.value(int(d), rt::kWhite); }
+    rt::Date Selected() const override { return rt::DateSerial(2026, 1, 1); }
+    int displayedYear() const override { return 2026; }
+};
+
+// Every day of 2026: its colour with every filter on, and its popup's entries.
+QStringList year(const store::Model &model)
+{
+    Surface surface;
+    ViewFilters filters{{}, true, true, true};
+    for (const QString &name : model.categoryNames)
+        filters.v1.append({name, true});
+    Painters(surface, model, filters).repaint();
+    QStringList days;
+    for (rt::Date d = rt::DateSerial(2026, 1, 1); d <= rt::DateSerial(2026, 12, 31); ++d) {
+        QStringList popup;
+        for (const dayview::Item &item : dayview::itemsOn(d, model, 2026))
+            popup << item.caption + '=' + item.text;
+        days << QStringLiteral("%1 %2 %3")
+                    .arg(rt::CStr(d))
+                    .arg(surface.colours.value(int(d), rt::kWhite))
+                    .arg(popup.join('|'));
+    }
+    return days;
+}
+
+} // namespace
+
+class TestIcalRoundTrip : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // An independent parser reads every field back.
+    void exportReadsBack()
+    {
+        const TestFolder folder;
+        TestFolder::setData(kCategories + kEvents);
+        const ical::ExportResult result = ical::exportStore(2026);
+        QCOMPARE(result.written, 7);
+        QCOMPARE(result.skipped, 0);
+        const QString file = folder.dir.filePath("out.ics");
+        writeBytes(file, result.text);
+        QProcess python;
+        python.start("/usr/bin/python3", {"-c", R"(
+import sys, icalendar
+cal = icalendar.Calendar.from_ical(open(sys.argv[1], 'rb').read())
+for e in cal.walk('VEVENT'):
+    alarms = [a.get('ACTION') for a in e.walk('VALARM')]
+    rule = e.get('RRULE').to_ical().decode() if e.get('RRULE') else ''
+    cats = e.get('CATEGORIES')
+    cats = ','.join(cats.cats) if cats else ''
+    print('|'.join([str(e.get('SUMMARY')), e.decoded('DTSTART').isoformat(), rule, cats,
+                    str(e.get('X-ORVA-ACTION', '')), ','.join(alarms)]))
+)",
+                                          file});
+        QVERIFY(python.waitForFinished(60000));
+        QCOMPARE(python.readAllStandardError(), QByteArray());
+        QCOMPARE(
+            QString::fromUtf8(python.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts),
+            QStringList({
+                "Dentist|2026-03-14T09:30:00||Home||DISPLAY",
+                "Parade; with \"quotes\", commas|2026-07-04||Kids, school||DISPLAY",
+                "backup, nightly.exe|2026-03-14T18:00:00||Work|C:\\Tools\\backup, nightly.exe|",
+                "Pills|2026-01-01T08:00:00|FREQ=DAILY|Home||DISPLAY",
+                "Gym|2026-01-05|FREQ=WEEKLY;BYDAY=MO|Work||DISPLAY",
+                "Rent|2026-01-31T12:00:00|FREQ=MONTHLY;BYMONTHDAY=31|Home||DISPLAY",
+                "Birthday|2026-03-14|FREQ=YEARLY;BYMONTHDAY=14;BYMONTH=3|Kids, school||DISPLAY",
+            }));
+        // The same event keeps its UID from one export to the next.
+        const auto uids = [](const QByteArray &text) {
+            QList<QByteArray> lines = text.split('\n');
+            lines.removeIf([](const QByteArray &l) { return !l.startsWith("UID:"); });
+            return lines;
+        };
+        QCOMPARE(uids(ical::exportStore(2026).text), uids(result.text));
+        QCOMPARE(uids(result.text).size(), 7);
+    }
+
+    // Exported and imported into a store with the same categories and no events, the year
+    // looks and lists the same.
+    void roundTripKeepsTheYear()
+    {
+        const TestFolder folder;
+        TestFolder::setData(kCategories + kEvents);
+        const store::Model before = store::loadModel();
+        const ical::ReadResult read = ical::readCalendar(ical::exportStore(2026).text);
+        QVERIFY(read.calendar);
+        const QList<ical::Item> items = ical::plan(*read.calendar, {2026, 2027});
+
+        TestFolder::setData(kCategories);
+        QCOMPARE(ical::writeItems(items, store::loadModel(), "Home"), 7);
+        const store::Model after = store::loadModel();
+        QCOMPARE(after.eventCount(), 3);
+        QCOMPARE(after.recurringCount(), 4);
+        QCOMPARE(year(after), year(before));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestIcalRoundTrip)
+#include "tst_icalroundtrip.moc"
