@@ -295,6 +295,40 @@ private slots:
         QCOMPARE(readBytes(file_), QByteArray("[S]\r\nk=1\r\n"));
     }
 
+    // A batch gives the bytes its writes one by one would, in one replace at its commit; a
+    // batch left without one leaves the file as it was, and so does a missing file.
+    void batchWritesAllOrNothing_data()
+    {
+        QTest::addColumn<bool>("committed");
+        QTest::newRow("committed") << true;
+        QTest::newRow("dropped") << false;
+    }
+
+    void batchWritesAllOrNothing()
+    {
+        QFETCH(bool, committed);
+        const QString missing = dir_.filePath("New.ini");
+        QFile::remove(missing);
+        writeBytes(file_, "[S]\r\nk=1\r\n");
+        const struct stat old = statOf(file_);
+        {
+            store::WriteBatch batch;
+            QVERIFY(store::writePrivateProfileString("S", "k", "2", file_));
+            QVERIFY(store::writePrivateProfileString("T", "a\nb", "3", file_));
+            QVERIFY(store::writePrivateProfileString("S", "j", "4", missing));
+            QCOMPARE(readKey(file_, "S", "k"), QString("2"));
+            QCOMPARE(statOf(file_).st_ino, old.st_ino);
+            QVERIFY(!QFileInfo::exists(missing));
+            if (committed)
+                QVERIFY(batch.commit());
+        }
+        QCOMPARE(readBytes(file_), committed ? QByteArray("[S]\r\nk=2\r\n[T]\r\na\nb=3\r\n")
+                                             : QByteArray("[S]\r\nk=1\r\n"));
+        QCOMPARE(readKey(file_, "S", "k"), QString(committed ? "2" : "1"));
+        QCOMPARE(readBytes(missing), committed ? QByteArray("[S]\r\nj=4\r\n") : QByteArray());
+        QFile::remove(missing);
+    }
+
     void writeKeepsPermissionsAndLeavesNoTemporaryFile()
     {
         writeBytes(file_, "[S]\r\nk=1\r\n");
