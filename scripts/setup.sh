@@ -9,6 +9,7 @@ packages=(
   libassimp-dev libgl1-mesa-dri
   xvfb xauth xdotool imagemagick poppler-utils trayer openbox fonts-liberation2 faketime
   clang libclang-rt-14-dev
+  dpkg-dev file lintian appstream desktop-file-utils
 )
 
 missing=()
