@@ -77,6 +77,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Qt runs natively on Wayland with its Wayland plugin; without it, through XWayland.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS qt6-wayland)
 set(CPACK_STRIP_FILES ON)
+# Installed under the configured prefix (/usr unless told otherwise) through DESTDIR, so the
+# install code above writes the package's own paths into the entries and the launcher.
 set(CPACK_SET_DESTDIR ON)
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 include(CPack)
