@@ -1,8 +1,19 @@
 # cmake --install: the program keeps everything in its own folder, so the executable and
 # every data file go into one folder under the prefix, where the user's Data.ini will live
 # too. That folder must be the user's to write: by default the prefix is ~/.local.
+# With ORVA_PACKAGE, the layout of the system package instead (cmake/Package.cmake).
+option(ORVA_PACKAGE "Install the layout of the system package, for cpack" OFF)
 if(UNIX AND CMAKE_INSTALL_PREFIX_INITIALIZED_TO_DEFAULT)
-    set(CMAKE_INSTALL_PREFIX "$ENV{HOME}/.local" CACHE PATH "Install prefix" FORCE)
+    if(ORVA_PACKAGE)
+        set(CMAKE_INSTALL_PREFIX /usr CACHE PATH "Install prefix" FORCE)
+    else()
+        set(CMAKE_INSTALL_PREFIX "$ENV{HOME}/.local" CACHE PATH "Install prefix" FORCE)
+    endif()
+endif()
+if(ORVA_PACKAGE)
+    # A system's folders are everyone's to read, whatever the umask of the build.
+    set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
+        GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 endif()
 if(WIN32)
     set(ORVA_INSTALL_DIR .)
@@ -32,9 +43,18 @@ if(UNIX AND NOT APPLE)
     # known only at install time (--prefix may differ from the configured prefix).
     install(FILES ${PROJECT_SOURCE_DIR}/data/orva-calendar.svg
             DESTINATION share/icons/hicolor/scalable/apps)
+    if(ORVA_PACKAGE)
+        # The system's own prefix: the launcher is on the PATH and the icon in the theme.
+        set(ORVA_PROGRAM_AT "\${CMAKE_INSTALL_PREFIX}/bin/orva-calendar")
+        set(ORVA_ICON_AT orva-calendar)
+    else()
+        set(ORVA_PROGRAM_AT "\${CMAKE_INSTALL_PREFIX}/${ORVA_INSTALL_DIR}/orva-calendar")
+        set(ORVA_ICON_AT
+            "\${CMAKE_INSTALL_PREFIX}/share/icons/hicolor/scalable/apps/orva-calendar.svg")
+    endif()
     install(CODE "
-        set(ORVA_PROGRAM \"\${CMAKE_INSTALL_PREFIX}/${ORVA_INSTALL_DIR}/orva-calendar\")
-        set(ORVA_ICON \"\${CMAKE_INSTALL_PREFIX}/share/icons/hicolor/scalable/apps/orva-calendar.svg\")
+        set(ORVA_PROGRAM \"${ORVA_PROGRAM_AT}\")
+        set(ORVA_ICON \"${ORVA_ICON_AT}\")
         foreach(entry orva-calendar orva-calendar-autostart)
             configure_file(\"${PROJECT_SOURCE_DIR}/packaging/\${entry}.desktop.in\"
                            \"${CMAKE_BINARY_DIR}/packaging/\${entry}/orva-calendar.desktop\" @ONLY)
@@ -43,9 +63,15 @@ if(UNIX AND NOT APPLE)
              DESTINATION \"\${CMAKE_INSTALL_PREFIX}/share/applications\")
         file(INSTALL \"${CMAKE_BINARY_DIR}/packaging/orva-calendar-autostart/orva-calendar.desktop\"
              DESTINATION \"\${CMAKE_INSTALL_PREFIX}/share/orva-calendar/autostart\")
-        # On the PATH as well; the program finds its folder through the link.
-        file(MAKE_DIRECTORY \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin\")
-        file(CREATE_LINK \"../${ORVA_INSTALL_DIR}/orva-calendar\"
-             \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin/orva-calendar\" SYMBOLIC)
     ")
+    if(ORVA_PACKAGE)
+        include(${PROJECT_SOURCE_DIR}/cmake/Package.cmake)
+    else()
+        # On the PATH as well; the program finds its folder through the link.
+        install(CODE "
+            file(MAKE_DIRECTORY \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin\")
+            file(CREATE_LINK \"../${ORVA_INSTALL_DIR}/orva-calendar\"
+                 \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin/orva-calendar\" SYMBOLIC)
+        ")
+    endif()
 endif()

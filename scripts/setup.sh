@@ -11,6 +11,7 @@ packages=(
   dbus-daemon dbus-bin python3-dbus python3-gi
   clang libclang-rt-14-dev
   libical-dev python3-icalendar
+  dpkg-dev file lintian appstream desktop-file-utils
 )
 
 missing=()

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test headless. Then, unless ORVA_QUICK is
 # set, runs the unit tests again built with AddressSanitizer and UndefinedBehaviorSanitizer,
-# and each fuzz target for 30 seconds on its corpus.
+# each fuzz target for 30 seconds on its corpus, and the Debian package's test.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/build.sh
@@ -55,4 +55,7 @@ for target in profile datetext store; do
     fi
     echo "fuzz_$target: $(grep -m1 '^Done' "$fuzzwork/$target.log")"
 done
+
+echo "== the Debian package: built and checked; as root also installed, used, upgraded, removed"
+bash tests/packaging/deb.sh
 summary

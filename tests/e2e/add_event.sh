@@ -23,20 +23,7 @@ for row in "${rows[@]}"; do
     n=$((n + 1))
     read -r x y < <(day_cell_centre "$before" 3 "$week" "$weekday")
     log "adding \"$memo\" on 3/$day/2026 at $x,$y"
-    double_click "$x" "$y"
-    dialog=$(wait_window "Add Event...")
-    focus "$dialog"
-    # Focus starts on "Select Date :"; the date picker takes three stops (day, month, year)
-    # before the time.
-    keys Tab Tab Tab Tab ctrl+a
-    type_text "$time"
-    keys Tab
-    type_text "$cat" # the category list jumps to the typed name
-    keys Tab
-    type_text "$memo"
-    shot "dialog$n" >/dev/null
-    keys Return
-    wait_gone "Add Event..."
+    add_event_at "$x" "$y" "$time" "$cat" "$memo" "dialog$n"
 
     # The first event adds "count" after the categories; later ones only change its value.
     if [ "$n" -eq 1 ]; then

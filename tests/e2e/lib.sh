@@ -4,6 +4,9 @@
 #
 #   source lib.sh; e2e_init "$@"      # $1: the built program folder (default build/bin)
 #
+# With E2E_LAUNCHER set, the program is started through that launcher of an installed package
+# instead, with the user's own home, and PROG is the program folder it makes there.
+#
 # E2E_KEEP=1 keeps the work folder (store, screenshots, logs) even when the script passes.
 
 E2E_DIR=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -41,19 +44,23 @@ e2e_init() {
             -s "-screen 0 1280x800x24 -nolisten tcp" bash "$0" "$@"
     fi
     E2E_T0=$(date +%s%N)
-    E2E_BIN=$(cd "${1:-$E2E_DIR/../../build/bin}" && pwd)
-    [ -x "$E2E_BIN/orva-calendar" ] || fail "no program in $E2E_BIN"
-
     WORK=$(mktemp -d "${TMPDIR:-/tmp}/orva-e2e.XXXXXX")
-    PROG=$WORK/prog
     SHOTS=$WORK/shots
-    mkdir -p "$PROG" "$SHOTS" "$WORK/home" "$WORK/cwd" "$WORK/run"
+    mkdir -p "$SHOTS" "$WORK/home" "$WORK/cwd" "$WORK/run"
     chmod 700 "$WORK/run"
     APP_PID=
     E2E_PIDS=()
     trap e2e_cleanup EXIT
     trap 'exit 143' TERM INT HUP
-    install_program
+    if [ -n "${E2E_LAUNCHER:-}" ]; then
+        PROG=$HOME/.local/share/orva-calendar
+    else
+        E2E_BIN=$(cd "${1:-$E2E_DIR/../../build/bin}" && pwd)
+        [ -x "$E2E_BIN/orva-calendar" ] || fail "no program in $E2E_BIN"
+        PROG=$WORK/prog
+        mkdir "$PROG"
+        install_program
+    fi
     start_desktop
 }
 
@@ -112,9 +119,10 @@ wait_until() {
 # as "2026-03-03 08:59:50" its clock starts there and runs on; with "clock-file", set_clock
 # sets it, at any time.
 start_program() {
-    local env=(
-        QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8 LANG=C.UTF-8 TZ=UTC
-        HOME="$WORK/home" XDG_RUNTIME_DIR="$WORK/run" XDG_CONFIG_HOME="$WORK/home/.config"
+    local env=(QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8 LANG=C.UTF-8 TZ=UTC XDG_RUNTIME_DIR="$WORK/run")
+    local program=${E2E_LAUNCHER:-$PROG/orva-calendar}
+    [ -n "${E2E_LAUNCHER:-}" ] || env+=(
+        HOME="$WORK/home" XDG_CONFIG_HOME="$WORK/home/.config"
         XDG_CACHE_HOME="$WORK/home/.cache" XDG_DATA_HOME="$WORK/home/.local/share"
     )
     if [ -n "${1:-}" ]; then
@@ -132,9 +140,9 @@ start_program() {
     E2E_RUNS=$((${E2E_RUNS:-0} + 1))
     # No session bus but the script's own: the tray icon goes to the XEmbed tray, as on a
     # plain X desktop, unless the script runs a StatusNotifierItem host on its bus.
-    local unset=(-u QT_QPA_PLATFORMTHEME -u FAKETIME -u SESSION_MANAGER)
+    local unset=(-u QT_QPA_PLATFORMTHEME -u FAKETIME -u SESSION_MANAGER -u XDG_DATA_HOME)
     [ -n "${E2E_BUS:-}" ] || unset+=(-u DBUS_SESSION_BUS_ADDRESS)
-    (cd "$WORK/cwd" && exec env "${unset[@]}" "${env[@]}" "$PROG/orva-calendar") \
+    (cd "$WORK/cwd" && exec env "${unset[@]}" "${env[@]}" "$program") \
         >"$WORK/program$E2E_RUNS.log" 2>&1 &
     APP_PID=$!
     APP_STATUS=
@@ -351,6 +359,24 @@ start_service() {
     "$python" "$E2E_DIR/$2" "$WORK/$1.log" "$WORK/$1.ready" >"$WORK/$1.out" 2>&1 &
     E2E_PIDS+=($!)
     wait_until 20 "the $1 service" test -e "$WORK/$1.ready"
+}
+
+# add_event_at X Y TIME CATEGORY MEMO SHOT: a double click on the day cell at X Y, the add
+# dialog filled from the keyboard and screenshot as SHOT, OK.
+add_event_at() {
+    double_click "$1" "$2"
+    focus "$(wait_window "Add Event...")"
+    # Focus starts on "Select Date :"; the date picker takes three stops (day, month, year)
+    # before the time.
+    keys Tab Tab Tab Tab ctrl+a
+    type_text "$3"
+    keys Tab
+    type_text "$4" # the category list jumps to the typed name
+    keys Tab
+    type_text "$5"
+    shot "$6" >/dev/null
+    keys Return
+    wait_gone "Add Event..."
 }
 
 # choose_exit WINDOW: File > Exit from the keyboard.
