@@ -7,7 +7,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 #include <QSaveFile>
 #include <QSet>
 #include <cmath>
@@ -49,7 +48,8 @@ QDateTime now()
     const rt::Date value = rt::Clock::Now();
     const double days = std::floor(value);
     const auto seconds = qint64(std::lround((value - days) * 86400.0));
-    return QDateTime(QDate(1899, 12, 30).addDays(qint64(days)), QTime(0, 0)).addSecs(seconds);
+    return QDateTime(QDate(1899, 12, 30).addDays(qint64(days)), QTime(0, 0), Qt::UTC)
+        .addSecs(seconds);
 }
 
 QByteArray readAll(const QString &path, bool &ok)
@@ -64,13 +64,6 @@ bool fail(QString *error, const QString &reason)
     if (error)
         *error = reason;
     return false;
-}
-
-void prune()
-{
-    const QList<Copy> all = copies();
-    for (int i : prunable(all, now().date()))
-        QFile::remove(all[i].path);
 }
 
 } // namespace
@@ -90,18 +83,42 @@ QString fileName(const QDateTime &taken, int sequence)
 
 bool parseFileName(const QString &name, Copy &copy)
 {
-    static const QRegularExpression pattern(
-        QStringLiteral("^Data (\\d{4}-\\d\\d-\\d\\d \\d\\d-\\d\\d-\\d\\d)(?: (\\d{1,6}))?\\.ini$"));
-    const QRegularExpressionMatch match = pattern.match(name);
-    if (!match.hasMatch())
+    // "Data yyyy-MM-dd HH-mm-ss[ n].ini", read by hand: the folder is listed before every
+    // change, and a general date parser for each of its files costs more than the copy.
+    static const QString pattern = QStringLiteral("Data 0000-00-00 00-00-00");
+    if (name.size() < pattern.size() + 4 || !name.startsWith(QLatin1String("Data ")) ||
+        !name.endsWith(QLatin1String(".ini")))
         return false;
-    const QDateTime taken =
-        QDateTime::fromString(match.captured(1), QStringLiteral("yyyy-MM-dd HH-mm-ss"));
-    if (!taken.isValid())
+    int fields[6] = {};
+    int field = 0;
+    for (qsizetype i = 5; i < pattern.size(); ++i) {
+        const QChar c = name[i];
+        if (pattern[i] == u'0') {
+            if (!c.isDigit())
+                return false;
+            fields[field] = fields[field] * 10 + c.digitValue();
+        } else if (c != pattern[i]) {
+            return false;
+        } else {
+            ++field;
+        }
+    }
+    const QStringView rest = QStringView(name).mid(pattern.size()).chopped(4);
+    int sequence = 1;
+    if (!rest.isEmpty()) {
+        bool ok = false;
+        sequence = rest.startsWith(u' ') && rest.size() <= 7 ? rest.mid(1).toInt(&ok) : 0;
+        if (!ok || sequence < 1 || !rest.mid(1).front().isDigit())
+            return false;
+    }
+    const QDate date(fields[0], fields[1], fields[2]);
+    const QTime time(fields[3], fields[4], fields[5]);
+    if (!date.isValid() || !time.isValid())
         return false;
-    copy.taken = taken;
-    copy.sequence = match.captured(2).isEmpty() ? 1 : match.captured(2).toInt();
-    return copy.sequence >= 1;
+    // The stamp is the wall clock as it was; kept as such, with no time zone to convert by.
+    copy.taken = QDateTime(date, time, Qt::UTC);
+    copy.sequence = sequence;
+    return true;
 }
 
 QList<Copy> copies()
@@ -142,23 +159,27 @@ bool keepCopy(QString *error)
     const QByteArray current = readAll(files::dataIni(), ok);
     if (!ok)
         return true; // nothing to keep
-    const QList<Copy> existing = copies();
+    QList<Copy> existing = copies();
     if (!existing.isEmpty()) {
         const QByteArray newest = readAll(existing.first().path, ok);
         if (ok && newest == current)
             return true;
     }
-    if (!QDir().mkpath(folder()))
+    const QDir dir(folder());
+    if (!dir.mkpath(QStringLiteral(".")))
         return fail(error, QStringLiteral("the folder could not be created"));
 
     const QDateTime taken = now();
     int sequence = 1;
-    while (QFile::exists(QDir(folder()).filePath(fileName(taken, sequence))))
+    while (QFile::exists(dir.filePath(fileName(taken, sequence))))
         ++sequence;
-    const QString reason = writer()(QDir(folder()).filePath(fileName(taken, sequence)), current);
+    const QString path = dir.filePath(fileName(taken, sequence));
+    const QString reason = writer()(path, current);
     if (!reason.isEmpty())
         return fail(error, reason);
-    prune();
+    existing.prepend({path, taken, sequence});
+    for (int i : prunable(existing, taken.date()))
+        QFile::remove(existing[i].path);
     return true;
 }
 

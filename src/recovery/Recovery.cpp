@@ -19,10 +19,12 @@ void offerAtStart(Form1 *form)
     if (!record || !wouldEndAgain(*record, form->model(), year))
         return;
     const Fault fault = faultOf(form->model(), record->number, year);
-    frmRecovery window(explanation(*record, fault, form->model().eventCount(), year), form);
+    // The main window is not shown yet: the windows here are centred on the screen instead.
+    QWidget *parent = form->isVisible() ? form : nullptr;
+    frmRecovery window(explanation(*record, fault, form->model().eventCount(), year), parent);
     switch (window.exec()) {
     case frmRecovery::Edit: {
-        Dialog dialog(form->model(), rt::Clock::Today(), form);
+        Dialog dialog(form->model(), rt::Clock::Today(), parent);
         dialog.RModi(record->number);
         dialog.exec();
         break;
@@ -32,7 +34,7 @@ void offerAtStart(Form1 *form)
         store::removeRecurring(store::readRecurringEvents(), record->number);
         break;
     case frmRecovery::Restore: {
-        frmRestore restore(form);
+        frmRestore restore(parent);
         restore.exec();
         break;
     }

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A change undone from a backup: three weekly events added through the event window, the
+# A change undone from a backup: three monthly events added through the event window, the
 # first one changed (which, as the program has always done, leaves only that one counted),
 # then File > "Restore from Backup..." brings back the copy from before the change, byte for
 # byte, and the calendar shows all three again.
@@ -12,18 +12,19 @@ before=$(shot_when before 20 "the calendar" has_calendar)
 read -r jx jy < <(january_title "$before")
 calendar_box() { echo "$((jx - 10)) $jy 730 440"; }
 
-# Rows: weekday key, category, memo.
-rows=("m|Work|Team meeting" "w|Health|Swimming" "f|Bills|Rent check")
+# Rows: day of the month, category, memo.
+rows=("3|Work|Team meeting" "5|Health|Swimming" "7|Bills|Rent check")
 for row in "${rows[@]}"; do
     IFS='|' read -r day cat memo <<<"$row"
-    log "adding the weekly \"$memo\""
+    log "adding \"$memo\" on day $day of every month"
     read -r x y < <(day_cell_centre "$before" 3 1 2)
     double_click "$x" "$y"
     dialog=$(wait_window "Add Event...")
     focus "$dialog"
-    # "Select Recurrence :" below "Select Date :", then "Weekly" right of "Daily"; the weekday
-    # list, the time and the category follow.
-    keys Down Tab Right Tab "$day" Tab ctrl+a
+    # "Select Recurrence :" below "Select Date :" and "Monthly" to its right. Tab from there
+    # comes round to "Select Recurrence :" again; the day list, the time, the category and
+    # the memo follow.
+    keys Down Right Tab Tab "$day" Tab ctrl+a
     type_text "9:00 AM"
     keys Tab
     type_text "$cat"
@@ -47,10 +48,10 @@ colours_shown() {
     done
 }
 all_shown() { ! colours_shown "$1" | grep -qx 0; }
-shot_when three 20 "the three weekly events" all_shown >/dev/null
+shot_when three 20 "the three monthly events" all_shown >/dev/null
 
-# The first event changed through the popup of a Monday: its count becomes 1.
-read -r x y < <(day_cell_centre "$before" 3 1 1)
+# The first event changed through the popup of 3 March: its count becomes 1.
+read -r x y < <(day_cell_centre "$before" 3 0 2)
 click "$x" "$y" 3
 sleep 0.5
 keys Down Down Return
@@ -79,7 +80,7 @@ keys Return
 wait_gone "Restore from Backup"
 expect_file "$WORK/before-change.ini" "$PROG/Data.ini" "the restored store"
 focus "$main"
-shot_when restored 20 "the three weekly events again" all_shown >/dev/null
+shot_when restored 20 "the three monthly events again" all_shown >/dev/null
 ls "$PROG/Backups" >&2
 program_running || fail "the program ended"
 log "passed"

@@ -8,6 +8,7 @@
 #include "runtime/DateText.h"
 #include "store/ini.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QTimer>
@@ -110,7 +111,7 @@ private slots:
         form.Form_Load();
         QString shown;
         QTimer::singleShot(0, [&] {
-            auto *window = form.findChild<frmRecovery *>();
+            auto *window = qobject_cast<frmRecovery *>(QApplication::activeModalWidget());
             shown = window->findChild<QLabel *>("lblWhat")->text();
             window->findChild<QPushButton *>("cmdRemove")->click();
         });
