@@ -35,10 +35,10 @@ QString passwordNote(const backup::Contents &copy, const backup::Contents &curre
     if (!copy.password)
         return QStringLiteral("\n\nThe copy holds no password: the calendar will no longer "
                               "ask for one.");
-    return QStringLiteral("\n\nThe copy holds %1 password than the one in force now. From "
-                          "the next start, the calendar asks for the password the copy "
-                          "holds; make sure you still know it.")
-        .arg(current.password ? QStringLiteral("another") : QStringLiteral("a"));
+    return QStringLiteral("\n\nThe copy holds %1. From its next start, the calendar asks for "
+                          "that password; make sure you still know it.")
+        .arg(current.password ? QStringLiteral("a different password from the one in force now")
+                              : QStringLiteral("a password"));
 }
 
 } // namespace

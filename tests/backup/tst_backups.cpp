@@ -1,11 +1,13 @@
 #include "Fixtures.h"
 #include "backup/Backups.h"
 #include "backup/Summary.h"
+#include "backup/frmRestore.h"
 #include "runtime/Clock.h"
 #include "runtime/DateText.h"
 #include "store/ini.h"
 
 #include <QApplication>
+#include <QTreeWidget>
 
 namespace
 {
@@ -150,20 +152,29 @@ private slots:
         QVERIFY(backup::copies().isEmpty());
     }
 
-    void restoreKeepsTheCurrentStore()
+    // The window asks first, and says when the copy brings back another password; a restore
+    // keeps the store it replaces.
+    void restoreWindowAsks()
     {
         TestFolder folder;
-        TestFolder::setData("[count]\nc=1\n");
-        setClock("11/24/2026 9:00 AM");
+        TestFolder::setData("[pcount]\nc=1\n[pass]\n1=65\n");
         QVERIFY(backup::keepCopy());
-        const QString before = backup::copies().first().path;
-        const QByteArray earlier = TestFolder::data();
-        WriteINI(files::dataIni(), "count", "c", "7");
-        const QByteArray changed = TestFolder::data();
-        QVERIFY(backup::restore(before));
-        QCOMPARE(TestFolder::data(), earlier);
-        QCOMPARE(ReadINI(files::dataIni(), "count", "c", ""), QString("1"));
-        QCOMPARE(readBytes(backup::copies().first().path), changed);
+        WriteINI(files::dataIni(), "pass", "1", "66");
+        const QByteArray now = TestFolder::data();
+        frmRestore window;
+        rt::MsgBoxRecorder boxes;
+        boxes.nextAnswers = {rt::vbNo};
+        window.cmdRestore_Click();
+        QCOMPARE(boxes.calls.size(), 1);
+        QVERIFY(boxes.calls[0].prompt.contains("a different password from the one in force now"));
+        QCOMPARE(TestFolder::data(), now);
+
+        boxes.nextAnswers = {rt::vbYes};
+        window.lstCopies()->setCurrentItem(window.lstCopies()->topLevelItem(0));
+        window.cmdRestore_Click();
+        QCOMPARE(window.result(), int(QDialog::Accepted));
+        QCOMPARE(TestFolder::data(), crlf("[pcount]\nc=1\n[pass]\n1=65\n"));
+        QCOMPARE(readBytes(backup::copies().first().path), now);
     }
 
     void summary_data()

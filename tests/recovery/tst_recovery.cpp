@@ -1,16 +1,11 @@
 #include "Fixtures.h"
 #include "mainwindow/Form1.h"
 #include "recovery/Fault.h"
-#include "recovery/Recovery.h"
-#include "recovery/frmRecovery.h"
 #include "runtime/Application.h"
 #include "runtime/Clock.h"
 #include "runtime/DateText.h"
 #include "store/ini.h"
 
-#include <QApplication>
-#include <QLabel>
-#include <QPushButton>
 #include <QTimer>
 
 using recovery::Fault;
@@ -97,30 +92,6 @@ private slots:
 
         writeBytes(recovery::recordPath(), "{\"error\": 13, \"recur");
         QVERIFY(!recovery::readRecord());
-    }
-
-    // "Remove" goes through the removal of the event window, after a backup.
-    void removeAtStart()
-    {
-        TestFolder folder;
-        TestFolder::setData(counts(1, 2) + "[1]\nDate=1/1/2026\nTime=00:00\nMemo=a\n" + kBirthday +
-                            "[r2]\nType=Daily\nTime=00:00\nMemo=b\nCat=Home\n");
-        rt::Clock::setSource([] { return rt::CDate("3/3/2027 12:00 PM"); });
-        recovery::writeRecord({13, "Type mismatch", 1, store::readRecurringEvent(1)});
-        Form1 form;
-        form.Form_Load();
-        QString shown;
-        QTimer::singleShot(0, [&] {
-            auto *window = qobject_cast<frmRecovery *>(QApplication::activeModalWidget());
-            shown = window->findChild<QLabel *>("lblWhat")->text();
-            window->findChild<QPushButton *>("cmdRemove")->click();
-        });
-        recovery::offerAtStart(&form);
-        QVERIFY(shown.contains("'Anna's birthday' on 29 February has no date in 2027"));
-        QCOMPARE(form.model().recurringCount(), 1);
-        QCOMPARE(form.model().recurring[1].memo, QString("b"));
-        QVERIFY(!QFile::exists(recovery::recordPath()));
-        QCOMPARE(QDir(folder.dir.filePath("Backups")).entryList(QDir::Files).size(), 1);
     }
 };
 
