@@ -8,8 +8,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
 build=${BUILD_DIR:-build}
-benches=(store/bench_load store/bench_profile mainwindow/bench_activate mainwindow/bench_tick
-         mainwindow/bench_missed yearcalendar/bench_calendar ical/bench_import)
+benches=(store/bench_load store/bench_profile backup/bench_backup mainwindow/bench_activate
+         mainwindow/bench_tick mainwindow/bench_missed yearcalendar/bench_calendar ical/bench_import)
 
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVA_BUILD_BENCH=ON >/dev/null
 cmake --build "$build" -j"$(nproc)" --target orva-calendar "${benches[@]##*/}" >/dev/null
@@ -56,6 +56,9 @@ row "every key through ReadINI, cold (bench_profile)" \
 row "every key through ReadINI, warm" \
     "$(figure bench_profile 'every key through ReadINI, warm cache:\s+')" ms ""
 row "one WriteINI" "$(figure bench_profile 'one WriteINI \(atomic rewrite\):\s+')" ms ""
+row "backup copy, 1 MB store, median (bench_backup)" \
+    "$(figure bench_backup 'copy before a change: median ')" ms 5
+row "backup copy, slowest" "$(figure bench_backup 'copy before a change: .*slowest ')" ms ""
 row "activation, median (bench_activate)" "$(figure bench_activate 'median ')" ms 50
 row "reminder tick, median (bench_tick)" "$(figure bench_tick 'median ')" ms 0.4
 row "reminder tick, 99th percentile" "$(figure bench_tick '99th percentile ')" ms ""

@@ -1,5 +1,6 @@
 #include "dialogs/Dialog.h"
 
+#include "backup/Backups.h"
 #include "dialogs/DialogSupport.h"
 #include "dialogs/ZOrder.h"
 #include "mainwindow/EventLookup.h"
@@ -447,6 +448,7 @@ void Dialog::OKButton_Click()
     // A changed event is written as it stands; only a new one is checked.
     if (!modiMode_ && !rmodiMode_ && !inputIsValid(single ? cmbtime : cmbtime2))
         return;
+    backup::beforeChange();
     if (single) {
         const store::EventRecord event{rt::CStr(dialogs::pickerDate(DTPicker1)),
                                        timeToStore(cmbtime), memoToStore(), cmbcat->currentText()};

@@ -1,5 +1,6 @@
 #include "dialogs/DialogSupport.h"
 
+#include "backup/Backups.h"
 #include "runtime/MsgBox.h"
 #include "store/DataStore.h"
 
@@ -54,6 +55,7 @@ int addCategory(const QStringList &knownNames, int count)
             return 0;
         }
     }
+    backup::beforeChange();
     if (count == 0)
         store::writeNewCategory(count++, store::kMoreCategory);
     store::writeNewCategory(count, name);

@@ -1,5 +1,6 @@
 #include "dialogs/frmCust.h"
 
+#include "backup/Backups.h"
 #include "dialogs/DialogSupport.h"
 #include "dialogs/ZOrder.h"
 #include "runtime/Colors.h"
@@ -147,6 +148,7 @@ void frmCust::cmdpalette_Click()
 
 void frmCust::OKButton_Click()
 {
+    backup::beforeChange();
     store::writeCategoryColours(colours_);
     accept();
 }

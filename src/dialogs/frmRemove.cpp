@@ -1,5 +1,6 @@
 #include "dialogs/frmRemove.h"
 
+#include "backup/Backups.h"
 #include "dialogs/DialogSupport.h"
 #include "dialogs/ZOrder.h"
 #include "runtime/ButtonRow.h"
@@ -112,6 +113,7 @@ void frmRemove::OKButton_Click()
 {
     const int index = Combo1->currentIndex();
     if (index >= 0) {
+        backup::beforeChange();
         const Entry &entry = entries_[index];
         const rt::Date date = dialogs::pickerDate(DTPicker1);
         // The list text alone can stand for several events; the full memo decides. Only the

@@ -180,6 +180,8 @@ void Form1::createMenus()
     connect(addItem(file, "importIcal", QStringLiteral("Import from iCalendar...")),
             &QAction::triggered, this, &Form1::importIcalRequested);
     file->addSeparator();
+    connect(addItem(file, "restore", QStringLiteral("Restore from Backup...")), &QAction::triggered,
+            this, &Form1::restoreRequested);
     connect(addItem(file, "exit", QStringLiteral("Exit")), &QAction::triggered, this,
             &Form1::exit_Click);
 
@@ -264,6 +266,7 @@ void Form1::Form_Load()
     // Without a logo to turn, the device has nothing to do.
     if (!logo_)
         dx_.reset();
+    emit remindersStarting();
     // Started together with Timer1, so that one wake-up serves both.
     timer2_->start();
     timer1_->start();

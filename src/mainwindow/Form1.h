@@ -116,6 +116,10 @@ signals:
     void indexRequested();
     void aboutRequested();
     void homepageRequested();
+    // File > "Restore from Backup...".
+    void restoreRequested();
+    // At start, past the password gate, just before the reminder check begins.
+    void remindersStarting();
 
 protected:
     bool event(QEvent *event) override;

@@ -149,6 +149,7 @@ void ReminderCheck::tick(rt::Date now)
 
     // Bounds are read again on every round: a reload may come while a modal alarm is open.
     for (int i = 1; i < int(recurring_.size()); ++i) {
+        evaluating_ = i;
         const Recurring &event = recurring_[i];
         bool matches = false;
         switch (event.kind) {
@@ -177,6 +178,7 @@ void ReminderCheck::tick(rt::Date now)
         if (dueNow(event.allDay, at, hour, minute, recurringFired_[i]) && !openOrWaiting(i))
             fireRecurring(i);
     }
+    evaluating_ = 0;
 }
 
 bool ReminderCheck::openOrWaiting(int i) const

@@ -57,6 +57,10 @@ public:
     const QList<bool> &eventFired() const { return eventFired_; }
     const QList<bool> &recurringFired() const { return recurringFired_; }
 
+    // The recurring event the tick is checking: still set when an error left the tick, 0
+    // once a tick has ended normally.
+    int evaluating() const { return evaluating_; }
+
 private:
     // A conversion made ahead of the tick: its value, or the error it raised.
     template <typename T> class Converted
@@ -112,4 +116,5 @@ private:
     };
     int openRecurring_ = 0; // the recurring event whose modal alarm is open; 0 for none
     std::vector<Waiting> waiting_;
+    int evaluating_ = 0;
 };

@@ -16,6 +16,12 @@ std::function<void(int)> &endReplacement()
     return end;
 }
 
+std::function<void(const RuntimeError &)> &recorder()
+{
+    static std::function<void(const RuntimeError &)> record;
+    return record;
+}
+
 } // namespace
 
 RuntimeError::RuntimeError(int number, QString description)
@@ -53,8 +59,15 @@ QString runtimeErrorText(const RuntimeError &error)
 
 void reportFatal(const RuntimeError &error)
 {
+    if (recorder())
+        recorder()(error);
     MsgBox(runtimeErrorText(error), vbCritical, appTitle());
     End(kRuntimeErrorExitCode);
+}
+
+void setFatalErrorRecorder(std::function<void(const RuntimeError &)> record)
+{
+    recorder() = std::move(record);
 }
 
 void End(int exitCode)

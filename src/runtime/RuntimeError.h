@@ -37,6 +37,10 @@ QString runtimeErrorText(const RuntimeError &error);
 constexpr int kRuntimeErrorExitCode = 1;
 [[noreturn]] void reportFatal(const RuntimeError &error);
 
+// Runs first in reportFatal, before the box: what the program keeps of the error must be
+// written while it still runs. An empty function removes it.
+void setFatalErrorRecorder(std::function<void(const RuntimeError &)> recorder);
+
 // Ends the program at once, like the original's End statement. Tests replace the ending
 // with one that throws, so they can watch a program end without losing the test process; a
 // replacement that returns is followed by the real ending.

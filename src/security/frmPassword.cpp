@@ -1,5 +1,6 @@
 #include "security/frmPassword.h"
 
+#include "backup/Backups.h"
 #include "runtime/ButtonRow.h"
 #include "runtime/MsgBox.h"
 #include "security/Password.h"
@@ -69,6 +70,7 @@ void frmPassword::create()
     } else if (!security::samePassword(txtpass_->text(), txtpass1_->text())) {
         rt::MsgBox(QStringLiteral("Password is not confirmed correctly!"), rt::vbCritical);
     } else {
+        backup::beforeChange();
         store::writePassword(txtpass_->text());
         close();
     }
@@ -84,6 +86,7 @@ void frmPassword::change()
         store::writePassIniCount();
         close();
     } else {
+        backup::beforeChange();
         store::writePassword(txtpass1_->text());
         close();
     }

@@ -1,5 +1,6 @@
 #include "shell/ShellCommands.h"
 
+#include "backup/frmRestore.h"
 #include "mainwindow/Form1.h"
 #include "runtime/Clock.h"
 #include "shell/HelpWindow.h"
@@ -18,6 +19,7 @@ ShellCommands::ShellCommands(Form1 *form) : QObject(form), form_(form)
     connect(form, &Form1::indexRequested, this, &ShellCommands::index);
     connect(form, &Form1::aboutRequested, this, &ShellCommands::about);
     connect(form, &Form1::homepageRequested, this, &links::openHomepage);
+    connect(form, &Form1::restoreRequested, this, &ShellCommands::restore);
 }
 
 ShellCommands::~ShellCommands()
@@ -42,6 +44,13 @@ void ShellCommands::printCalendar()
     // Landscape whatever was picked in the dialog: the window is wider than high.
     printer.setPageOrientation(QPageLayout::Landscape);
     printing::printWidget(form_->centralWidget(), printer);
+}
+
+void ShellCommands::restore()
+{
+    frmRestore window(form_);
+    if (window.exec() == QDialog::Accepted)
+        form_->Form_Activate();
 }
 
 HelpWindow *ShellCommands::helpWindow()

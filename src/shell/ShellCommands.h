@@ -21,6 +21,7 @@ public:
     void contents();
     void index();
     void about();
+    void restore(); // "Restore from Backup...", then the store is loaded again
 
     HelpWindow *helpWindow();
 

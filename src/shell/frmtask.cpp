@@ -1,8 +1,11 @@
 #include "shell/frmtask.h"
 
+#include "backup/Backups.h"
 #include "dialogs/frmalarm.h"
 #include "ical/IcalCommands.h"
 #include "mainwindow/Form1.h"
+#include "recovery/CrashRecord.h"
+#include "recovery/Recovery.h"
 #include "shell/AppIcon.h"
 #include "shell/EventDialogs.h"
 #include "shell/ShellCommands.h"
@@ -43,6 +46,7 @@ void frmtask::Form_Load()
     connect(icon_, &QSystemTrayIcon::activated, this, &frmtask::icon_Activated);
     icon_->show();
 
+    backup::beforeChange(); // the copy kept at every start
     form_ = new Form1;
     new EventDialogs(form_);
     new ShellCommands(form_);
@@ -55,6 +59,8 @@ void frmtask::Form_Load()
     connect(this, &frmtask::restored, form_, &Form1::resetLogo);
     connect(&form_->missedPass(), &reminders::MissedPass::missedFound, this,
             [this](int count) { notifier_.notifyMissed(count); });
+    recovery::recordErrors(form_->reminders(), form_->model());
+    connect(form_, &Form1::remindersStarting, form_, [this] { recovery::offerAtStart(form_); });
     form_->Form_Load();
     form_->show();
     loaded_ = true;

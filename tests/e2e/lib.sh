@@ -87,7 +87,7 @@ install_program() {
     local f
     for f in "$E2E_BIN"/*; do
         case ${f##*/} in
-        Data.ini | Pass.ini | temp.url | Last_Print.txt) ;;
+        Data.ini | Pass.ini | temp.url | Last_Print.txt | LastError.json) ;;
         *) [ -f "$f" ] && cp -p "$f" "$PROG/" ;;
         esac
     done
