@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs every Debian package the build, the tests and the screenshots need.
+# Installs every Debian package the build, the tests, the screenshots and the running program
+# need.
 # Quiet and quick when everything is already there.
 set -euo pipefail
 
@@ -11,6 +12,7 @@ packages=(
   dbus-daemon dbus-bin python3-dbus python3-gi
   clang libclang-rt-14-dev
   libical-dev python3-icalendar
+  xdg-utils
 )
 
 missing=()
