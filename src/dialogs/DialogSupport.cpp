@@ -55,7 +55,7 @@ int addCategory(const QStringList &knownNames, int count)
         }
     }
     if (count == 0)
-        store::writeNewCategory(count++, store::kMoreCategory);
+        store::writeNewCategory(count++, store::kMoreCategory, store::kMoreColour);
     store::writeNewCategory(count, name);
     return count + 1;
 }
