@@ -24,6 +24,7 @@ endif()
 install(TARGETS orva-calendar RUNTIME DESTINATION ${ORVA_INSTALL_DIR})
 # Ours, replaced by every install.
 install(FILES ${PROJECT_SOURCE_DIR}/data/alarm.wav ${PROJECT_SOURCE_DIR}/data/help.hlp
+              ${PROJECT_SOURCE_DIR}/data/homepage.html
               ${PROJECT_SOURCE_DIR}/data/logo.x ${PROJECT_SOURCE_DIR}/data/mdata.ini
         DESTINATION ${ORVA_INSTALL_DIR})
 # The starter store only where there is none. The user's own files (Data.ini, Pass.ini,

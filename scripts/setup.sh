@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs every Debian package the build, the tests and the screenshots need.
+# Installs every Debian package the build, the tests, the screenshots and the running program
+# need.
 # Quiet and quick when everything is already there.
 set -euo pipefail
 
@@ -12,6 +13,7 @@ packages=(
   clang libclang-rt-14-dev
   libical-dev python3-icalendar
   dpkg-dev file lintian appstream desktop-file-utils
+  xdg-utils
 )
 
 missing=()

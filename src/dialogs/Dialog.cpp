@@ -15,10 +15,12 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTreeView>
 
 namespace
 {
@@ -371,10 +373,29 @@ void Dialog::cmbcat_Click()
     Fill_cmbCat();
 }
 
+bool Dialog::hasCategory()
+{
+    // Only "New.." is left to choose when the store has no category yet: ask for one rather
+    // than file the event under a name nothing paints.
+    if (cmbcat->currentText() != dialogs::kNewCategory)
+        return true;
+    if (dialogs::addCategory(categoryNames_, categoryCount_) == 0)
+        return false;
+    Fill_cmbCat();
+    return true;
+}
+
 void Dialog::cmdbrowse_Click()
 {
-    const QString path = QFileDialog::getOpenFileName(
-        this, QStringLiteral("Browse"), txtaction->text(), QStringLiteral("All Files (*)"));
+    QFileDialog browse(this, QStringLiteral("Browse"), txtaction->text(),
+                       QStringLiteral("All Files (*)"));
+    browse.setFileMode(QFileDialog::ExistingFile);
+    // Room for the columns of the file list: names, sizes, kinds and dates whole.
+    browse.resize(900, 520);
+    if (auto *list = browse.findChild<QTreeView *>(); list && list->header())
+        list->header()->resizeSection(0, 420);
+    const QString path =
+        browse.exec() == QDialog::Accepted ? browse.selectedFiles().value(0) : QString();
     if (!path.isEmpty())
         txtaction->setText(QDir::toNativeSeparators(path));
 }
@@ -446,7 +467,7 @@ void Dialog::OKButton_Click()
 {
     const bool single = Option1->isChecked();
     // A changed event is written as it stands; only a new one is checked.
-    if (!modiMode_ && !rmodiMode_ && !inputIsValid(single ? cmbtime : cmbtime2))
+    if (!modiMode_ && !rmodiMode_ && (!inputIsValid(single ? cmbtime : cmbtime2) || !hasCategory()))
         return;
     backup::beforeChange();
     if (single) {

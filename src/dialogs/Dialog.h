@@ -57,6 +57,7 @@ private:
     void fillDays(int days);
     bool isValidTime(const QString &time);
     bool inputIsValid(QComboBox *time);
+    bool hasCategory();
     QString timeToStore(const QComboBox *time) const;
     QString memoToStore() const;
     QString recurrenceType() const;

@@ -57,7 +57,7 @@ int addCategory(const QStringList &knownNames, int count)
     }
     backup::beforeChange();
     if (count == 0)
-        store::writeNewCategory(count++, store::kMoreCategory);
+        store::writeNewCategory(count++, store::kMoreCategory, store::kMoreColour);
     store::writeNewCategory(count, name);
     return count + 1;
 }

@@ -27,7 +27,8 @@ void fillCategoryLists(QComboBox *cmbcat, QComboBox *cmbcat1, const QStringList 
 
 // Asks for a new category and writes it as category count + 1 with colour "0". Gives its
 // number, or 0 when the answer was blank or a known name in any case. A store without
-// categories first gets category 1, "More", which no event is filed under.
+// categories first gets category 1, "More", which no event is filed under, in a colour of
+// its own so that days of several categories stay readable.
 int addCategory(const QStringList &knownNames, int count);
 
 } // namespace dialogs

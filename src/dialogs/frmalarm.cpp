@@ -68,6 +68,8 @@ void frmalarm::setBackColor(rt::WinColor colour)
 {
     QPalette p = palette();
     p.setColor(QPalette::Window, rt::toQColor(colour));
+    // The label stands on the category's colour; the text boxes keep their own background.
+    p.setColor(QPalette::WindowText, rt::toQColor(rt::textColorOn(colour)));
     setPalette(p);
 }
 

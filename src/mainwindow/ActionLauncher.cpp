@@ -1,6 +1,7 @@
 #include "mainwindow/ActionLauncher.h"
 
 #include <QDesktopServices>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
@@ -24,12 +25,26 @@ QUrl urlOf(const QString &path, const QFileInfo &info)
 
 } // namespace
 
+bool isProgram(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.isFile() || !info.isExecutable())
+        return false;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray head = file.read(4);
+    return head == QByteArrayLiteral("\x7f"
+                                     "ELF") ||
+           head.startsWith("#!");
+}
+
 void openAction(const QString &path)
 {
     if (path.isEmpty())
         return;
     const QFileInfo info(path);
-    if (info.isFile() && info.isExecutable()) {
+    if (isProgram(path)) {
         QProcess::startDetached(info.absoluteFilePath(), {}, info.absolutePath());
         return;
     }

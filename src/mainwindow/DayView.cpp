@@ -7,12 +7,12 @@
 namespace dayview
 {
 
-QString file_name_of(const QString &text)
+QString file_name_of(const QString &text, QChar separator)
 {
     QString s = text;
     const qsizetype n = text.size();
     for (qsizetype k = 1; k <= n; ++k) {
-        const qsizetype at = s.indexOf(QLatin1Char('\\'), k - 1);
+        const qsizetype at = s.indexOf(separator, k - 1);
         if (at < 0)
             return s.mid(1);
         s = s.mid(at);

@@ -10,10 +10,17 @@
 namespace dayview
 {
 
-// The name an action is listed under: the text from its last backslash on, found with a
-// start position that grows by one each round; without a backslash, the text less its first
+// Action paths separate their folders with the system's own character.
+#ifdef Q_OS_WIN
+inline constexpr char16_t kPathSeparator = u'\\';
+#else
+inline constexpr char16_t kPathSeparator = u'/';
+#endif
+
+// The name an action is listed under: the text from its last separator on, found with a
+// start position that grows by one each round; without a separator, the text less its first
 // character.
-QString file_name_of(const QString &text);
+QString file_name_of(const QString &text, QChar separator = QChar(kPathSeparator));
 
 // The popup caption of an event text: its first 15 characters (of the file name for an
 // action) and "...".

@@ -3,6 +3,8 @@
 #include "logo3d/cMesh.h"
 #include "mainwindow/ActionLauncher.h"
 #include "mainwindow/DayView.h"
+#include "mainwindow/LegendNames.h"
+#include "mainwindow/OwnActivations.h"
 #include "mainwindow/Painters.h"
 #include "reminders/frmMissed.h"
 #include "runtime/Clock.h"
@@ -43,6 +45,8 @@ constexpr int kRowHeight = 270;
 constexpr int kBoxHeight = 210;
 constexpr int kPictureTop = 5160;
 constexpr int kPictureHeight = 2160;
+
+const QString kLegendToolTip = QStringLiteral("Click to Customize appearance");
 
 int px(double twips)
 {
@@ -99,6 +103,7 @@ Form1::Form1(QWidget *parent) : QMainWindow(parent)
     createControls();
     createMenus();
     connect(&missed_, &reminders::MissedPass::missed, this, &Form1::missed_Found);
+    connect(new OwnActivations(this), &OwnActivations::activated, this, &Form1::Form_Activate);
 }
 
 Form1::~Form1() = default;
@@ -120,6 +125,7 @@ void Form1::createControls()
     auto *legendArea = new QWidget(frame1_);
     legendArea->setObjectName(QStringLiteral("legendArea"));
     legendArea->move(0, px(kLegendTop));
+    legendArea->installEventFilter(this);
 
     vScroll1_ = new QScrollBar(Qt::Vertical, central);
     vScroll1_->setObjectName(QStringLiteral("vScroll1"));
@@ -327,7 +333,7 @@ void Form1::loadLegend()
         if (!label) {
             label = new QLabel(area);
             label->setObjectName(QStringLiteral("lblcat_%1").arg(i));
-            label->setToolTip(QStringLiteral("Click to Customize appearance"));
+            label->setToolTip(kLegendToolTip);
             label->setProperty("index", i);
             label->installEventFilter(this);
             box = new QFrame(area);
@@ -340,7 +346,6 @@ void Form1::loadLegend()
         QPalette palette = box->palette();
         palette.setColor(QPalette::Window, rt::toQColor(rt::WinColor(colour)));
         box->setPalette(palette);
-        label->setText(model_.categoryNames[i]);
         label->show();
         box->show();
     }
@@ -369,6 +374,7 @@ void Form1::layOutLegend(int frameWidth)
         font.setPointSizeF(std::max(1.0, width * 0.00925925893996544));
         label->setFont(font);
         label->setGeometry(px(frameWidth * 0.0315), label->y(), px(width), px(kRowHeight));
+        showLegendName(label, model_.categoryNames.value(it.key()), kLegendToolTip);
         QFrame *box = shpcat_[it.key()];
         box->setGeometry(px(frameWidth * 0.63), box->y(), px(frameWidth * 0.189), px(kBoxHeight));
     }
@@ -580,6 +586,7 @@ void Form1::chPass_Click()
 void Form1::Timer1_Timer()
 {
     const rt::Date now = rt::Clock::Now();
+    cal_->moveToday(rt::DatePart(now));
     missed_.tick(model_, now);
     reminders_.tick(now);
 }
@@ -647,7 +654,7 @@ void Form1::resetLogo()
 
 void Form1::lblcat_Click(int index)
 {
-    emit customizeRequested(lblcat_.value(index)->text());
+    emit customizeRequested(model_.categoryNames.value(index));
 }
 
 void Form1::Picture1_Click()
@@ -658,19 +665,15 @@ void Form1::Picture1_Click()
 
 bool Form1::eventFilter(QObject *watched, QEvent *event)
 {
+    // The wheel over the legend scrolls it, as over its scroll bar.
+    if (event->type() == QEvent::Wheel && watched != picture1_)
+        return QCoreApplication::sendEvent(vScroll1_, event);
     if (event->type() == QEvent::MouseButtonRelease && watched == picture1_)
         Picture1_Click();
     else if (event->type() == QEvent::MouseButtonRelease &&
              watched->objectName().startsWith(QLatin1String("lblcat_")))
         lblcat_Click(watched->property("index").toInt());
     return QMainWindow::eventFilter(watched, event);
-}
-
-bool Form1::event(QEvent *event)
-{
-    if (event->type() == QEvent::WindowActivate)
-        Form_Activate();
-    return QMainWindow::event(event);
 }
 
 void Form1::resizeEvent(QResizeEvent *event)

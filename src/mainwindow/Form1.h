@@ -28,7 +28,8 @@ class frmPassword;
 class UserControl1;
 
 // The main window: the year calendar, the legend of categories, the logo's picture box and
-// the menus. It holds the whole store in memory and reloads it on every activation.
+// the menus. It holds the whole store in memory and reloads it whenever it becomes active from
+// one of the program's own windows.
 //
 // Every control and menu item carries its name as its object name; members of the arrays
 // v1, n1, shpcat and lblcat are named array, underscore, index ("v1_2", "lblcat_1").
@@ -41,7 +42,7 @@ public:
     ~Form1() override;
 
     void Form_Load();
-    void Form_Activate(); // the loader
+    void Form_Activate(); // the loader, at each of the program's own activations
     void Form_Resize();
 
     void repaint();
@@ -122,7 +123,6 @@ signals:
     void remindersStarting();
 
 protected:
-    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;

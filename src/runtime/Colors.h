@@ -19,6 +19,11 @@ constexpr WinColor kBlue = 0xFF0000;
 constexpr WinColor kRed = 0x0000FF;
 
 QColor toQColor(WinColor color);
+
+// The contrast ratio of two colours as WCAG defines it, from 1 to 21.
+double contrastRatio(WinColor a, WinColor b);
+// Black or white, whichever reads better as text on the colour.
+WinColor textColorOn(WinColor back);
 WinColor fromQColor(const QColor &color);
 
 } // namespace rt

@@ -328,11 +328,12 @@ QString dateText(Date whole, const RtLocale &locale)
     return month + sep + day + sep + year;
 }
 
-QString timeText(int seconds, const RtLocale &locale)
+QString timeText(int seconds, const RtLocale &locale, bool withSeconds = true)
 {
     const int h = seconds / 3600;
-    const QString rest = locale.timeSeparator + twoDigits(seconds / 60 % 60) +
-                         locale.timeSeparator + twoDigits(seconds % 60);
+    QString rest = locale.timeSeparator + twoDigits(seconds / 60 % 60);
+    if (withSeconds)
+        rest += locale.timeSeparator + twoDigits(seconds % 60);
     if (!locale.twelveHour)
         return (locale.hourLeadingZero ? twoDigits(h) : QString::number(h)) + rest;
     const int h12 = h % 12 == 0 ? 12 : h % 12;
@@ -348,6 +349,12 @@ std::optional<Date> parseDate(const QString &text)
     const QString trimmed = text.trimmed();
     const auto tokens = tokenize(trimmed, locale);
     if (!tokens || tokens->items.isEmpty())
+        return std::nullopt;
+    // Separators part fields; one that opens or closes the text leaves a field out, as in
+    // "/4/2026" or "7/29/2004/".
+    if (const QChar first = tokens->items.front().separatorBefore;
+        (!first.isNull() && first != QLatin1Char(' ')) ||
+        (!tokens->trailingSeparator.isNull() && isDateSeparator(tokens->trailingSeparator, locale)))
         return std::nullopt;
     const auto time = findTime(*tokens, locale);
     if (!time)
@@ -408,6 +415,13 @@ QString CStr(Date value)
     if (seconds == 0)
         return dateText(whole, locale);
     return dateText(whole, locale) + QLatin1Char(' ') + timeText(seconds, locale);
+}
+
+QString ShortTimeText(Date value)
+{
+    const double fraction = std::fabs(value - std::trunc(value));
+    const int minutes = int(std::floor(fraction * 1440.0 + 0.5)) % 1440;
+    return timeText(minutes * 60, RtLocale::current(), false);
 }
 
 QString WeekdayName(int n)

@@ -21,6 +21,9 @@ bool tryCDate(const QString &text, Date &field);
 // or both.
 QString CStr(Date value);
 
+// The time of day of a value in hours and minutes, in the locale's form ("9:00 AM").
+QString ShortTimeText(Date value);
+
 // The locale's full name of day n of the week, counted from the locale's first day of the
 // week: n = 1 is Sunday only where weeks start on Sunday. Callers pass Weekday(), which
 // counts from Sunday, and so shift by a day elsewhere, as the original did.

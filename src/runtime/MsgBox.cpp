@@ -1,6 +1,8 @@
 #include "runtime/MsgBox.h"
 
 #include <QApplication>
+#include <QFontMetrics>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QMessageBox>
 
@@ -55,6 +57,15 @@ QMessageBox::StandardButtons buttonsOf(int style)
     }
 }
 
+// Window managers cut a title wider than its window; a small box is widened to show its
+// title whole, with room for the title bar's icon and buttons.
+int widthForTitle(const QString &title)
+{
+    QFont font = QApplication::font();
+    font.setBold(true);
+    return QFontMetrics(font).horizontalAdvance(title) + 140;
+}
+
 int resultOf(int pressed)
 {
     switch (pressed) {
@@ -84,6 +95,10 @@ int MsgBox(const QString &prompt, int style, const QString &title)
     }
     QMessageBox box(iconOf(style), shownTitle(title), prompt, buttonsOf(style),
                     QApplication::activeWindow());
+    // A message box keeps to the size its layout asks for, so the room goes into the layout.
+    if (auto *grid = qobject_cast<QGridLayout *>(box.layout()))
+        grid->addItem(new QSpacerItem(widthForTitle(box.windowTitle()), 0), grid->rowCount(), 0, 1,
+                      grid->columnCount());
     return resultOf(box.exec());
 }
 
@@ -97,6 +112,7 @@ QString InputBox(const QString &prompt, const QString &title, const QString &def
     dialog.setWindowTitle(shownTitle(title));
     dialog.setLabelText(prompt);
     dialog.setTextValue(defaultText);
+    dialog.setMinimumWidth(widthForTitle(dialog.windowTitle()));
     return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();
 }
 

@@ -3,24 +3,16 @@
 #include "runtime/DateTime.h"
 #include "store/DataStore.h"
 
-#include <QList>
 #include <QString>
 
-// The events of a span of days as text, for printing: each day that has events, and under
-// it each event's when-line, its memo or action and its category.
+// The events of a span of days as text, for printing: first each recurring event that falls
+// in the span, once, under a heading for its kind and with its rule, then the one-off events
+// day by day. Blocks (the header, a kind, a day) are parted by a blank line.
 namespace eventstext
 {
 
-struct Entry {
-    QString when;
-    QString what; // "Memo: ..." or "Action: ..."
-    QString category;
-};
-
-// The events on a date, all-day ones first and then by time of day; events at the same
-// time keep the store's order, one-off before recurring. Recurring events fall on the days
-// the calendar colours them, and daily ones on every day.
-QList<Entry> entriesOn(const store::Model &model, rt::Date date);
+// Whether a recurring event falls on a date, as the calendar colours its days.
+bool fallsOn(const store::RecurringEvent &event, rt::Date date);
 
 struct Text {
     QString text;

@@ -5,7 +5,9 @@
 #include "shell/Links.h"
 #include "store/Files.h"
 
+#include <QApplication>
 #include <QFileInfo>
+#include <QShortcut>
 #include <QTextBrowser>
 #include <QToolBar>
 
@@ -35,6 +37,8 @@ HelpWindow::HelpWindow(QWidget *parent) : QMainWindow(parent, Qt::Window)
     connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
 
     resize(720, 600);
+    auto *escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(escape, &QShortcut::activated, this, &QWidget::close);
 }
 
 bool HelpWindow::showContents()
@@ -53,6 +57,11 @@ bool HelpWindow::showAt(const QString &anchor)
     if (!QFileInfo(path).isFile()) {
         rt::MsgBox(QStringLiteral("Cannot find the help file %1.").arg(path), rt::vbExclamation);
         return false;
+    }
+    if (!isVisible()) {
+        // Over the middle of the calendar rather than at the screen's corner.
+        if (const QWidget *over = QApplication::activeWindow())
+            move(over->frameGeometry().center() - rect().center());
     }
     show();
     raise();

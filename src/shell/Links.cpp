@@ -55,7 +55,7 @@ QString shopAddress(const QString &linkId)
                                                 168, 172, 162, 176, 159, 177};
     for (int n = 1; n <= int(ids.size()); ++n) {
         if (linkId == QString::number(n))
-            return kShopDepartment + QStringLiteral("?id=") + QString::number(ids[n - 1]);
+            return homepage() + QStringLiteral("?id=") + QString::number(ids[n - 1]);
     }
     return {};
 }
@@ -72,9 +72,14 @@ void shopLink(const QString &linkId)
     openShortcut(path);
 }
 
+QString homepage()
+{
+    return QUrl::fromLocalFile(files::inProgramFolder(files::kHomepageHtml)).toString();
+}
+
 void openHomepage()
 {
-    open(QUrl(kHomepage));
+    open(QUrl(homepage()));
 }
 
 void setOpenForTest(std::function<void(const QUrl &)> open)

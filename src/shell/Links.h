@@ -9,10 +9,9 @@
 namespace links
 {
 
-// PLACEHOLDERS, on a domain reserved for examples: the maker's real addresses go here and
-// nowhere else.
-inline const QString kHomepage = QStringLiteral("https://www.example.com/orva-calendar/");
-inline const QString kShopDepartment = QStringLiteral("https://shop.example.com/department");
+// The maker's pages ship with the program, in its folder, so that no link leads to a dead
+// page: the homepage, which also lists the shop's departments.
+QString homepage();
 
 // The shop department page of a link id, "1" to "12"; empty for any other id.
 QString shopAddress(const QString &linkId);

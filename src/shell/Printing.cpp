@@ -1,11 +1,11 @@
 #include "shell/Printing.h"
 
 #include <QFontDatabase>
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QPicture>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QTextDocument>
 #include <QWidget>
 
 namespace printing
@@ -36,12 +36,46 @@ void setChoosePrinterForTest(std::function<bool(QPrinter &)> choose)
 
 void printText(const QString &text, QPrinter &printer)
 {
-    QTextDocument document;
+    QPainter painter(&printer);
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     font.setPointSize(11);
-    document.setDefaultFont(font);
-    document.setPlainText(text);
-    document.print(&printer);
+    painter.setFont(font);
+    const QRectF page = printer.pageLayout().paintRectPixels(printer.resolution());
+    const qreal lineHeight = QFontMetricsF(font, &printer).lineSpacing();
+    const qreal bottom = page.height() - 2 * lineHeight; // room for the page number
+    const int flags = Qt::TextWordWrap | Qt::TextWrapAnywhere;
+    int number = 1;
+    qreal y = 0;
+    const auto footer = [&] {
+        painter.drawText(QRectF(0, bottom, page.width(), 2 * lineHeight),
+                         Qt::AlignHCenter | Qt::AlignBottom, QString::number(number));
+    };
+    const auto nextPage = [&] {
+        footer();
+        printer.newPage();
+        ++number;
+        y = 0;
+    };
+    const auto height = [&](const QString &lines) {
+        return painter.boundingRect(QRectF(0, 0, page.width(), bottom), flags, lines).height();
+    };
+    // A block of lines, up to a blank line, starts a new page rather than break, unless it
+    // is longer than a page.
+    for (QString block : text.split(QStringLiteral("\n\n"))) {
+        if (block.endsWith(QLatin1Char('\n')))
+            block.chop(1);
+        if (y > 0 && y + height(block) > bottom)
+            nextPage();
+        for (const QString &line : block.split(QLatin1Char('\n'))) {
+            const qreal h = line.isEmpty() ? lineHeight : height(line);
+            if (y > 0 && y + h > bottom)
+                nextPage();
+            painter.drawText(QRectF(0, y, page.width(), h), flags, line);
+            y += h;
+        }
+        y += lineHeight;
+    }
+    footer();
 }
 
 void printWidget(QWidget *widget, QPrinter &printer)

@@ -16,7 +16,8 @@ bool choosePrinter(QPrinter &printer, QWidget *parent);
 // What tests put in place of the dialog: it sets up the printer and answers.
 void setChoosePrinterForTest(std::function<bool(QPrinter &)> choose); // empty restores it
 
-// Prints plain text, page after page.
+// Prints plain text, page after page; a block of lines up to a blank line is never split
+// across two pages when it fits on one.
 void printText(const QString &text, QPrinter &printer);
 
 // Paints a window and its children onto one page, scaled to fit and centred, as shapes

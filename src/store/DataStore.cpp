@@ -225,11 +225,11 @@ void removeRecurring(const QList<RecurringEvent> &recurring, int k)
     }
 }
 
-void writeNewCategory(int count, const QString &name)
+void writeNewCategory(int count, const QString &name, const QString &colour)
 {
     write(kCategoriesSection, kCountKey, QString::number(count + 1));
     write(kCategoriesSection, QString::number(count + 1), name);
-    write(kCategoriesSection, colourKey(count + 1), QStringLiteral("0"));
+    write(kCategoriesSection, colourKey(count + 1), colour);
 }
 
 void writeCategoryColours(const QList<std::int32_t> &colours)

@@ -46,6 +46,9 @@ inline const QString kYearly = QStringLiteral("Yearly");
 
 // Category 1 is always called this in memory; its colour marks days of several categories.
 inline const QString kMoreCategory = QStringLiteral("More");
+// The colour "More" gets when the program creates it: light grey, on which the blue day
+// numbers and the red of today both read.
+inline const QString kMoreColour = QStringLiteral("14737632");
 
 QString eventSection(int n);     // "7"
 QString recurringSection(int n); // "r7"
@@ -129,7 +132,8 @@ void removeEvent(const QList<EventRecord> &events, int k);
 void removeRecurring(const QList<RecurringEvent> &recurring, int k);
 
 // Categories.
-void writeNewCategory(int count, const QString &name);         // count + 1, the name, colour "0"
+// count + 1, the name, its colour ("0" for a category the user adds)
+void writeNewCategory(int count, const QString &name, const QString &colour = QStringLiteral("0"));
 void writeCategoryColours(const QList<std::int32_t> &colours); // element 0 unused
 
 // The password: its length under "pcount", one character code per key under "pass".

@@ -15,6 +15,7 @@ inline constexpr char kLogoX[] = "logo.x";
 inline constexpr char kMdataIni[] = "mdata.ini";
 inline constexpr char kTempUrl[] = "temp.url";
 inline constexpr char kLastPrintTxt[] = "Last_Print.txt";
+inline constexpr char kHomepageHtml[] = "homepage.html";
 
 QString inProgramFolder(const char *name);
 

@@ -56,6 +56,9 @@ public:
     // Enter in the year box: the typed year is filled in and nothing else changes.
     void enterYear(const QString &text);
 
+    // Today's mark follows the clock past midnight without a refill.
+    void moveToday(rt::Date today) { grid_.moveToday(year_, dayFore_, today); }
+
     const DayColorList &backColours() const { return backList_; }
     const DayColorList &foreColours() const { return foreList_; }
 

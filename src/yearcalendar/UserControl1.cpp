@@ -218,6 +218,11 @@ void UserControl1::SetDayForeColor(rt::Date date, rt::WinColor colour)
     change([&] { model_.SetDayForeColor(date, colour); });
 }
 
+void UserControl1::moveToday(rt::Date today)
+{
+    change([&] { model_.moveToday(today); });
+}
+
 rt::WinColor UserControl1::GetDayBackcolor(rt::Date date) const
 {
     return model_.GetDayBackcolor(date);

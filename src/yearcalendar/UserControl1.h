@@ -53,6 +53,9 @@ public:
     void SetDayForeColor(rt::Date date, rt::WinColor colour);
     rt::WinColor GetDayBackcolor(rt::Date date) const; // 0 when no cell shows the date
 
+    // Moves the red, bold mark of today when the date has changed since the year was filled.
+    void moveToday(rt::Date today);
+
     // Handlers, reachable for the host and for tests. Buttons are 1 left, 2 right,
     // 4 middle; shift is 1 Shift, 2 Ctrl, 4 Alt; x and y are twips within the cell.
     void cmdLeft_Click();

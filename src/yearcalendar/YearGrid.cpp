@@ -108,6 +108,7 @@ void YearGrid::NextWeekRow()
 
 void YearGrid::FillYear(int year, rt::WinColor dayFore, rt::Date today)
 {
+    markedToday_ = today;
     ResetWeekRow();
     for (int month = 1; month <= 12; ++month) {
         const bool january = month == 1;
@@ -136,14 +137,45 @@ void YearGrid::finishMonth(int month, int firstCell, bool january, rt::WinColor 
         }
         setFore(cell, dayFore);
         setBold(cell, false);
-        if (todayThisMonth && rt::Day(today) == cells_[cell].caption) {
-            setFore(cell, rt::kRed);
-            setBold(cell, true);
-            todayCell_ = january ? cell : cell - kJanuaryCells;
-            if (january)
-                todayInJanuary_ = true;
-        }
+        if (todayThisMonth && rt::Day(today) == cells_[cell].caption)
+            markToday(cell);
     }
+}
+
+void YearGrid::markToday(int cell)
+{
+    setFore(cell, rt::kRed);
+    setBold(cell, true);
+    const bool january = cell < kJanuaryCells;
+    todayCell_ = january ? cell : cell - kJanuaryCells;
+    if (january)
+        todayInJanuary_ = true;
+}
+
+int YearGrid::cellOf(rt::Date date, int year) const
+{
+    if (rt::Year(date) != year)
+        return -1;
+    const int month = rt::Month(date);
+    const int first = month == 1 ? j1(0) : f1((month - 2) * 42);
+    for (int cell = first; cell < first + 42; ++cell) {
+        if (cells_[cell].caption == rt::Day(date))
+            return cell;
+    }
+    return -1;
+}
+
+void YearGrid::moveToday(int year, rt::WinColor dayFore, rt::Date today)
+{
+    if (today == markedToday_)
+        return;
+    if (const int old = cellOf(markedToday_, year); old >= 0) {
+        setFore(old, dayFore);
+        setBold(old, false);
+    }
+    markedToday_ = today;
+    if (const int cell = cellOf(today, year); cell >= 0)
+        markToday(cell);
 }
 
 void YearGrid::touch(int cell)

@@ -75,6 +75,11 @@ public:
     int todayCell() const { return todayCell_; }
     bool todayInJanuary() const { return todayInJanuary_; }
 
+    // Moves the mark of today to another date within the year FillYear last filled: the
+    // marked cell goes back to the day colour, not bold, and the new one turns red and bold.
+    // Nothing else of the cells changes.
+    void moveToday(int year, rt::WinColor dayFore, rt::Date today);
+
     // Cells changed since the last call, each once.
     std::vector<int> takeChanged();
 
@@ -84,12 +89,15 @@ private:
     void finishMonth(int month, int firstCell, bool january, rt::WinColor dayFore, rt::Date today,
                      int year);
     void touch(int cell);
+    void markToday(int cell);
+    int cellOf(rt::Date date, int year) const; // -1 when the year does not show the date
 
     std::array<DayCell, kCells> cells_{};
     // The row each weekday (1..7) is on; all entries move together after a Saturday.
     std::array<std::int16_t, 8> weekRow_{};
     int todayCell_ = 0;
     bool todayInJanuary_ = false;
+    rt::Date markedToday_ = 0;
     std::bitset<kCells> changedSet_;
     std::vector<int> changed_;
 };

@@ -22,6 +22,8 @@ const QByteArray kCategories = "[Categories]\nc=3\n1=More\n1c=8421504\n2=Work\n2
 const QByteArray kEvents = "[count]\nc=1\n[1]\nDate=7/1/2004\nTime=00:00\nMemo=Lunch with Ann\n"
                            "Cat=Work\n[rcount]\nc=1\n[r1]\nType=Daily\nTime=9:00 AM\n"
                            "Memo=Standup\nCat=Work\n";
+// What the first category of an empty store writes: "More" comes first, in a colour of its own.
+const QByteArray kFirstCategory = "[Categories]\nc=2\n1=More\n1c=14737632\n2=Work\n2c=0\n";
 
 // Answers the colour dialog the window is about to open.
 void pickNext(QObject *context, const QColor &colour)
@@ -333,8 +335,31 @@ private slots:
         boxes->nextInputs << "Work";
         frmCust window;
         choose(window, "New..");
-        QCOMPARE(TestFolder::data(), crlf("[Categories]\nc=2\n1=More\n1c=0\n2=Work\n2c=0\n"));
+        QCOMPARE(TestFolder::data(), crlf(kFirstCategory));
         QCOMPARE(cmbcat(window)->currentText(), "Work");
+    }
+
+    // Without any category, OK asks for one before the event is written, never "New..".
+    void aStoreWithoutCategories_data()
+    {
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QByteArray>("stored");
+        QTest::newRow("named") << "Work"
+                               << kFirstCategory + "[count]\nc=1\n[1]\nDate=7/29/2004\n"
+                                                   "Time=00:00\nMemo=Dentist\nCat=Work\n";
+        QTest::newRow("no answer") << "" << QByteArray();
+    }
+    void aStoreWithoutCategories()
+    {
+        QFETCH(QString, answer);
+        QFETCH(QByteArray, stored);
+        open("");
+        type("txtmemo", "Dentist");
+        boxes->nextInputs << answer;
+        dialog->OKButton_Click();
+        QCOMPARE(shownBoxes(*boxes), "Enter the new Category|0");
+        QCOMPARE(TestFolder::data(), crlf(stored));
+        QCOMPARE(dialog->result(), int(answer.isEmpty() ? QDialog::Rejected : QDialog::Accepted));
     }
 };
 

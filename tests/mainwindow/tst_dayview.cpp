@@ -49,20 +49,26 @@ private slots:
     void fileNameOf_data()
     {
         QTest::addColumn<QString>("text");
+        QTest::addColumn<QChar>("separator");
         QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, const char *text, const char *expected) {
-            QTest::newRow(name) << QString(text) << QString(expected);
+        const auto row = [](const char *name, const char *text, char separator,
+                            const char *expected) {
+            QTest::newRow(name) << QString(text) << QChar(separator) << QString(expected);
         };
-        row("windows path", "&**C:\\Tools\\run.exe", "run.exe");
-        row("deep path", "&**C:\\a\\b\\c\\d\\e.txt", "e.txt");
-        row("no backslash", "&**notes", "**notes");
-        row("unix path", "&**/usr/bin/x", "**/usr/bin/x");
-        row("empty", "", "");
+        row("windows path", "&**C:\\Tools\\run.exe", '\\', "run.exe");
+        row("deep path", "&**C:\\a\\b\\c\\d\\e.txt", '\\', "e.txt");
+        row("no backslash", "&**notes", '\\', "**notes");
+        row("unix path", "&**/usr/bin/x", '/', "x");
+        row("unix deep path, start outgrown", "&**/home/ann/a/b/c/notes.odt", '/', "c/notes.odt");
+        row("unix path read as windows", "&**/usr/bin/x", '\\', "**/usr/bin/x");
+        row("no slash", "&**notes", '/', "**notes");
+        row("empty", "", '/', "");
     }
     void fileNameOf()
     {
         QFETCH(QString, text);
-        QTEST(file_name_of(text), "expected");
+        QFETCH(QChar, separator);
+        QTEST(file_name_of(text, separator), "expected");
     }
 
     void captions_data()
@@ -75,7 +81,7 @@ private slots:
         row("short memo", "Lunch", "Lunch...");
         row("long memo", "Lunch with Ann and Bob", "Lunch with Ann ...");
         row("empty", "", "...");
-        row("action", "&**C:\\Program Files\\Long name tool.exe", "Long name tool....");
+        row("action", "&**/home/ann/Long name tool.sh", "Long name tool....");
     }
     void captions()
     {
@@ -139,9 +145,9 @@ private slots:
         row("same text on two dates opens both", "Dentist...", "Dentist", {{false, 1}, {false, 3}});
         row("shared first 15 characters", "Meeting with th...", "Meeting with the boss",
             {{false, 2}, {true, 1}});
-        row("one-off action", "tool.exe...", "&**C:\\bin\\tool.exe", {{false, 4}});
+        row("one-off action", "tool.exe...", "&**/bin/tool.exe", {{false, 4}});
         // A recurring action is looked up among the one-off events of its number.
-        row("recurring action", "daily.exe...", "&**C:\\bin\\daily.exe", {});
+        row("recurring action", "daily.exe...", "&**/bin/daily.exe", {});
         row("recurring action, one-off text", "daily.exe...", "Dentist", {{false, 3}});
     }
     void n1Targets()
@@ -152,19 +158,18 @@ private slots:
         m.events << store::Event{DateSerial(2004, 1, 1), 0, "Dentist", "Work"}
                  << store::Event{DateSerial(2004, 1, 2), 0, "Meeting with the boss", "Work"}
                  << store::Event{DateSerial(2004, 5, 5), 0, "Dentist", "Work"}
-                 << store::Event{DateSerial(2004, 6, 6), 0, "&**C:\\bin\\tool.exe", "Work"};
+                 << store::Event{DateSerial(2004, 6, 6), 0, "&**/bin/tool.exe", "Work"};
         m.recurring << recurring(store::kDaily, "", "Meeting with the boss")
                     << recurring(store::kDaily, "", "Meeting with the team")
-                    << recurring(store::kDaily, "", "&**C:\\bin\\daily.exe");
+                    << recurring(store::kDaily, "", "&**/bin/daily.exe");
         QTEST(dayview::n1Targets(caption, text, m), "expected");
     }
 
     void recurringActionPastTheOneOffsRaises()
     {
         store::Model m = model();
-        m.recurring << recurring(store::kDaily, "", "&**C:\\x.exe");
-        QVERIFY_THROWS_EXCEPTION(rt::RuntimeError,
-                                 dayview::n1Targets("x.exe...", "&**C:\\x.exe", m));
+        m.recurring << recurring(store::kDaily, "", "&**/x.exe");
+        QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, dayview::n1Targets("x.exe...", "&**/x.exe", m));
     }
 
     // The find window's search, and the lookup of the text it hands on.

@@ -118,6 +118,11 @@ private slots:
         row("ALL DAY", "ALL DAY", none);
         row("extra word", "7/29/2004 x", none);
         row("date both sides of time", "7/29 9:00 2004", none);
+        row("leading separator", "/4/2026", none);
+        row("leading dash", "-7-29-2004", none);
+        row("trailing separator", "7/29/2004/", none);
+        row("trailing separator after a time", "7/29/2004 9:00 AM/", none);
+        row("yearly rule without its month", "/14/2026", none);
         row("c locale is en_US", "7/29/2004", jul29, "C");
     }
     void parse()

@@ -33,11 +33,11 @@ const QByteArray kStore =
     "[r2]\nType=Monthly\nDay=4\nTime=00:00\nMemo=Rent\nCat=Home\n"
     "[r3]\nType=Yearly\nDay=5\nMonth=3\nTime=10:00 AM\nMemo=Birthday\nCat=Home\n";
 
-// All-day first, then by time, one-off before recurring at the same time.
+// All-day first, then by time; one-off times written as the recurring ones are.
 const QString kTuesday = "Tuesday, 3/3/2026\n"
-                         "    All Day\n    Action: /home/me/report.sh\n    Category: Home\n\n"
-                         "    8:00 AM, every Tuesday\n    Memo: Standup\n    Category: Work\n\n"
-                         "    9:00:00 AM\n    Memo: Dentist\n    Category: Work\n";
+                         "    All Day - Action: /home/me/report.sh (Home)\n"
+                         "    9:00 AM - Memo: Dentist (Work)\n";
+const QString kWeekly = "Weekly events\n    every Tuesday at 8:00 AM - Memo: Standup (Work)\n";
 
 QString readText(const QString &path)
 {
@@ -124,7 +124,7 @@ private slots:
         event.resize(3);
         store::Model model;
         model.recurring = {{}, {event[0], event[1], event[2], "00:00", "memo", "Home"}};
-        QTEST(!eventstext::entriesOn(model, date).isEmpty(), "listed");
+        QTEST(eventstext::fallsOn(model.recurring[1], date), "listed");
     }
 
     void printsADateAndARange_data()
@@ -132,14 +132,14 @@ private slots:
         QTest::addColumn<rt::Date>("to");
         QTest::addColumn<QString>("text");
         QTest::newRow("a date") << DateSerial(2026, 3, 3)
-                                << "ORVA Calendar: events on 3/3/2026\n\n" + kTuesday;
+                                << "ORVA Calendar: events on 3/3/2026\n\n" + kWeekly + "\n" +
+                                       kTuesday;
         QTest::newRow("a range")
             << DateSerial(2026, 3, 6)
-            << "ORVA Calendar: events from 3/3/2026 to 3/6/2026\n\n" + kTuesday +
-                   "\nWednesday, 3/4/2026\n"
-                   "    All Day, every month on day 4\n    Memo: Rent\n    Category: Home\n"
-                   "\nThursday, 3/5/2026\n    7:30:00 AM\n    Memo: Gym\n    Category: Home\n\n"
-                   "    10:00 AM, every year on 3/5\n    Memo: Birthday\n    Category: Home\n";
+            << "ORVA Calendar: events from 3/3/2026 to 3/6/2026\n\n" + kWeekly +
+                   "\nMonthly events\n    monthly on day 4 - Memo: Rent (Home)\n"
+                   "\nYearly events\n    yearly on 3/5 at 10:00 AM - Memo: Birthday (Home)\n\n" +
+                   kTuesday + "\nThursday, 3/5/2026\n    7:30 AM - Memo: Gym (Home)\n";
     }
     void printsADateAndARange()
     {
@@ -150,6 +150,41 @@ private slots:
         QCOMPARE(printed, 1);
         // What is on the page is the file's text, word for word.
         QCOMPARE(poppler("pdftotext", {pdf, "-"}).simplified(), text.simplified() + " 1");
+    }
+
+    // A daily event is listed once, not under every day, and no day's events are parted from
+    // their date by a page break.
+    void longRangesKeepDaysTogether()
+    {
+        QByteArray store = "[Categories]\nc=2\n1=More\n2=Work\n[rcount]\nc=1\n[r1]\n"
+                           "Type=Daily\nTime=8:00 AM\nMemo=Pills\nCat=Work\n[count]\nc=120\n";
+        for (int n = 0; n < 120; ++n)
+            store += QString("[%1]\nDate=4/%2/2026\nTime=9:00 AM\nMemo=E%2-%3\nCat=Work\n")
+                         .arg(n + 1)
+                         .arg(n / 4 + 1)
+                         .arg(n % 4)
+                         .toUtf8();
+        QFile f(files::dataIni());
+        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        f.write(store);
+        f.close();
+        print(DateSerial(2026, 3, 1), DateSerial(2026, 4, 30));
+        QCOMPARE(readText(files::lastPrintTxt()).count("Pills"), 1);
+        const int pages = QRegularExpression("Pages:\\s+(\\d+)")
+                              .match(poppler("pdfinfo", {pdf}))
+                              .captured(1)
+                              .toInt();
+        QVERIFY(pages > 1);
+        for (int page = 1; page <= pages; ++page) {
+            const QString number = QString::number(page);
+            const QString text = poppler("pdftotext", {"-f", number, "-l", number, pdf, "-"});
+            for (int day = 1; day <= 30; ++day) {
+                const bool dated = text.contains(QString(", 4/%1/2026").arg(day));
+                for (int k = 0; k < 4; ++k)
+                    QVERIFY2(text.contains(QString("E%1-%2").arg(day).arg(k)) == dated,
+                             qPrintable(QString("page %1, day %2").arg(page).arg(day)));
+            }
+        }
     }
 
     void refusesAReversedRangeAndPrintsNoEmptyPage()

@@ -11,6 +11,7 @@
 #include <QAction>
 #include <QFile>
 #include <QLabel>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -52,7 +53,7 @@ private slots:
     {
         QTest::addColumn<QString>("id");
         QTest::addColumn<QString>("address");
-        const QString page = links::kShopDepartment + QStringLiteral("?id=");
+        const QString page = links::homepage() + QStringLiteral("?id=");
         QTest::newRow("first") << "1" << page + "174";
         QTest::newRow("middle") << "7" << page + "168";
         QTest::newRow("last") << "12" << page + "177";
@@ -78,6 +79,26 @@ private slots:
                  "[internetshortcut]\r\nurl=" + links::shopAddress("11").toUtf8() + "\r\n");
         QCOMPARE(opened,
                  (QList<QUrl>{QUrl(links::shopAddress("2")), QUrl(links::shopAddress("11"))}));
+    }
+
+    // Every link leads to a page that ships with the program, and the guide names the shop's
+    // departments rather than numbering them.
+    void linksLeadToShippedPages()
+    {
+        QFile page(ORVA_DATA_DIR "/homepage.html");
+        QVERIFY(page.open(QIODevice::ReadOnly));
+        const QString html = QString::fromUtf8(page.readAll());
+        QCOMPARE(QUrl(links::homepage()).toLocalFile(), files::inProgramFolder("homepage.html"));
+        for (int n = 1; n <= 12; ++n) {
+            const QUrl shop(links::shopAddress(QString::number(n)));
+            QCOMPARE(shop.adjusted(QUrl::RemoveQuery), QUrl(links::homepage()));
+            QVERIFY(html.contains(QString("id=\"d%1\"").arg(shop.query().mid(3))));
+        }
+        QFile guide(ORVA_DATA_DIR "/help.hlp");
+        QVERIFY(guide.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(guide.readAll());
+        QVERIFY(!QRegularExpression("\"shop:\\d+\">\\d").match(text).hasMatch());
+        QCOMPARE(text.count(QRegularExpression("\"shop:\\d+\">\\w")), 12);
     }
 
     void splashHandsOverToTheTrayAfterTwoSeconds()
@@ -126,7 +147,7 @@ private slots:
 
         help.anchorClicked(QUrl("shop:3"));
         help.anchorClicked(QUrl("homepage:"));
-        QCOMPARE(opened, (QList<QUrl>{QUrl(links::shopAddress("3")), QUrl(links::kHomepage)}));
+        QCOMPARE(opened, (QList<QUrl>{QUrl(links::shopAddress("3")), QUrl(links::homepage())}));
     }
 
     void missingHelpIsReported()

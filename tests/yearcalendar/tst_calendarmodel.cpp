@@ -215,6 +215,45 @@ private slots:
         QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, model.setDayForeColor(kGreen));
     }
 
+    // Past midnight the mark moves to the new day, as a refill would place it; the cells keep
+    // their back colours. A displayed year without the new day just loses the mark.
+    void todayMovesAtMidnight_data()
+    {
+        QTest::addColumn<int>("displayedYear");
+        QTest::addColumn<double>("before");
+        QTest::addColumn<double>("after");
+        QTest::newRow("next day") << 2024 << date(2024, 3, 15) << date(2024, 3, 16);
+        QTest::newRow("next month") << 2024 << date(2024, 1, 31) << date(2024, 2, 1);
+        QTest::newRow("new year") << 2024 << date(2024, 12, 31) << date(2025, 1, 1);
+        QTest::newRow("into the year shown") << 2025 << date(2024, 12, 31) << date(2025, 1, 1);
+        QTest::newRow("another year shown") << 2023 << date(2024, 3, 15) << date(2024, 3, 16);
+    }
+    void todayMovesAtMidnight()
+    {
+        QFETCH(int, displayedYear);
+        QFETCH(double, before);
+        QFETCH(double, after);
+        rt::Clock::setSource([before] { return before; });
+        CalendarModel model;
+        model.stepYear(displayedYear - rt::Year(before));
+        model.SetDayBackColor(before, kGreen);
+        model.grid().takeChanged();
+        model.moveToday(after);
+        const auto marked = [&](double day) {
+            const int cell =
+                rt::Year(day) == displayedYear ? cellOf(model, rt::Month(day), rt::Day(day)) : -1;
+            return cell >= 0 && model.grid()[cell].fore == rt::kRed && model.grid()[cell].bold;
+        };
+        QVERIFY(!marked(before));
+        QCOMPARE(marked(after), rt::Year(after) == displayedYear);
+        if (rt::Year(before) == displayedYear) {
+            const DayCell &old = model.grid()[cellOf(model, rt::Month(before), rt::Day(before))];
+            QCOMPARE(old.fore, rt::kBlue);
+            QCOMPARE(old.back, kGreen);
+        }
+        QVERIFY(model.grid().takeChanged().size() <= 2);
+    }
+
     // The colours kept for re-application.
 
     // Random histories crowded onto few years, cells and colours, so that entries overwrite,

@@ -1,0 +1,47 @@
+#include "mainwindow/ActionLauncher.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TestActionLauncher : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir dir;
+
+private slots:
+    void programs_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("executable");
+        QTest::addColumn<bool>("expected");
+        QTest::newRow("binary") << QByteArray("\x7f"
+                                              "ELF\x02\x01\x01",
+                                              7)
+                                << true << true;
+        QTest::newRow("script") << QByteArray("#!/bin/sh\ntrue\n") << true << true;
+        QTest::newRow("document with the execute bit") << QByteArray("minutes\n") << true << false;
+        QTest::newRow("empty file with the execute bit") << QByteArray() << true << false;
+        QTest::newRow("script without the execute bit")
+            << QByteArray("#!/bin/sh\ntrue\n") << false << false;
+    }
+    void programs()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(bool, executable);
+        const QString path = dir.filePath(QTest::currentDataTag());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        if (executable)
+            file.setPermissions(file.permissions() | QFile::ExeOwner);
+        QTEST(isProgram(path), "expected");
+    }
+
+    void folderIsNoProgram() { QVERIFY(!isProgram(dir.path())); }
+};
+
+QTEST_MAIN(TestActionLauncher)
+#include "tst_actionlauncher.moc"

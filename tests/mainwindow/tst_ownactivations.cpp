@@ -1,0 +1,56 @@
+#include "mainwindow/OwnActivations.h"
+
+#include <QHideEvent>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWidget>
+#include <QWindow>
+
+class TestOwnActivations : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // Steps: the main window, another of the program's windows, a menu or another application
+    // taking the focus, or the main window hidden and shown again.
+    void reloads_data()
+    {
+        QTest::addColumn<QStringList>("steps");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("first activation") << QStringList{"main"} << 1;
+        QTest::newRow("back from another program")
+            << QStringList{"main", "away", "main", "away", "main"} << 1;
+        QTest::newRow("a dialog closes") << QStringList{"main", "other", "main"} << 2;
+        QTest::newRow("a dialog, then another program")
+            << QStringList{"main", "other", "away", "main"} << 2;
+        QTest::newRow("a menu") << QStringList{"main", "popup", "main"} << 1;
+        QTest::newRow("back from the tray") << QStringList{"main", "hide", "main"} << 2;
+    }
+    void reloads()
+    {
+        QFETCH(QStringList, steps);
+        QWidget main;
+        main.winId();
+        QWindow other;
+        QWindow popup;
+        popup.setFlags(Qt::Popup);
+        auto *activations = new OwnActivations(&main);
+        QSignalSpy spy(activations, &OwnActivations::activated);
+        for (const QString &step : steps) {
+            if (step == QLatin1String("hide")) {
+                QHideEvent hidden;
+                QCoreApplication::sendEvent(&main, &hidden);
+                continue;
+            }
+            QWindow *window = step == QLatin1String("main")    ? main.windowHandle()
+                              : step == QLatin1String("other") ? &other
+                              : step == QLatin1String("popup") ? &popup
+                                                               : nullptr;
+            activations->focusMovedTo(window);
+        }
+        QTEST(int(spy.count()), "expected");
+    }
+};
+
+QTEST_MAIN(TestOwnActivations)
+#include "tst_ownactivations.moc"

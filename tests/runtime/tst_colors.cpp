@@ -1,0 +1,49 @@
+#include "runtime/Colors.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTest>
+
+class TestColors : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void textColour_data()
+    {
+        QTest::addColumn<rt::WinColor>("back");
+        QTest::addColumn<rt::WinColor>("text");
+        QTest::newRow("white") << rt::kWhite << rt::WinColor(0);
+        QTest::newRow("yellow") << rt::RGB(255, 255, 0) << rt::WinColor(0);
+        QTest::newRow("navy") << rt::RGB(0, 0, 128) << rt::kWhite;
+        QTest::newRow("black") << rt::WinColor(0) << rt::kWhite;
+        QTest::newRow("red") << rt::kRed << rt::WinColor(0);
+        QTest::newRow("dark green") << rt::RGB(0, 100, 0) << rt::kWhite;
+    }
+    void textColour()
+    {
+        QFETCH(rt::WinColor, back);
+        QTEST(rt::textColorOn(back), "text");
+    }
+
+    // Blue day numbers read on every starter colour, and so does the red of today.
+    void starterColoursReadWell()
+    {
+        QFile file(ORVA_DATA_DIR "/Data.ini");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString store = QString::fromLatin1(file.readAll());
+        int colours = 0;
+        for (const auto &m :
+             QRegularExpression("^\\d+c=(\\d+)", QRegularExpression::MultilineOption)
+                 .globalMatch(store)) {
+            const rt::WinColor back = m.captured(1).toUInt();
+            QVERIFY2(rt::contrastRatio(back, rt::kBlue) >= 4.5, qPrintable(m.captured(0)));
+            QVERIFY2(rt::contrastRatio(back, rt::kRed) >= 3.0, qPrintable(m.captured(0)));
+            ++colours;
+        }
+        QCOMPARE(colours, 7);
+    }
+};
+
+QTEST_MAIN(TestColors)
+#include "tst_colors.moc"
