@@ -20,6 +20,7 @@
 #include "yearcalendar/UserControl1.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QCursor>
 #include <QFontInfo>
 #include <QGroupBox>
