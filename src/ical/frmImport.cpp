@@ -1,5 +1,6 @@
 #include "ical/frmImport.h"
 
+#include "backup/Backups.h"
 #include "dialogs/DialogSupport.h"
 #include "runtime/MsgBox.h"
 
@@ -231,6 +232,7 @@ void frmImport::OKButton_Click()
         rt::MsgBox(QStringLiteral("Choose a category for the events without one."));
         return;
     }
+    backup::beforeChange();
     written_ = writeItems(items_, model_, cmbcat->currentText());
     if (written_ < 0) {
         rt::MsgBox(QStringLiteral("Data.ini could not be written: nothing was imported."),
