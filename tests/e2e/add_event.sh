@@ -26,14 +26,13 @@ for row in "${rows[@]}"; do
     double_click "$x" "$y"
     dialog=$(wait_window "Add Event...")
     focus "$dialog"
-    # Focus starts on "Select Date :"; the date picker takes three stops (day, month, year)
-    # before the time.
-    keys Tab Tab Tab Tab ctrl+a
-    type_text "$time"
-    keys Tab
-    type_text "$cat" # the category list jumps to the typed name
-    keys Tab
+    # Focus starts on the memo; back from it over "Memo" to the category, and over "Select
+    # Recurrence :" to the time.
     type_text "$memo"
+    keys shift+Tab shift+Tab
+    type_text "$cat" # the category list jumps to the typed name
+    keys shift+Tab shift+Tab ctrl+a
+    type_text "$time"
     shot "dialog$n" >/dev/null
     keys Return
     wait_gone "Add Event..."

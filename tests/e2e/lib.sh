@@ -28,6 +28,16 @@ e2e_bus() {
     fi
 }
 
+# at-spi2-core's accessibility bus on the script's session bus (see e2e_bus), which the
+# program's bridge and the test's client meet on.
+start_accessibility_bus() {
+    E2E_A11Y=1
+    /usr/libexec/at-spi-bus-launcher --launch-immediately >"$WORK/at-spi.log" 2>&1 &
+    E2E_PIDS+=($!)
+    wait_until 20 "the accessibility bus" dbus-send --session --print-reply --dest=org.a11y.Bus \
+        /org/a11y/bus org.a11y.Bus.GetAddress
+}
+
 # Re-runs the calling script under its own X server, then sets up the work folder.
 e2e_init() {
     if [ -z "${E2E_DISPLAY_READY:-}" ]; then
@@ -129,6 +139,8 @@ start_program() {
             env+=(FAKETIME="@$1")
         fi
     fi
+    # With the accessibility bus up, the bridge is forced on, as no screen reader runs.
+    [ -z "${E2E_A11Y:-}" ] || env+=(QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1)
     E2E_RUNS=$((${E2E_RUNS:-0} + 1))
     # No session bus but the script's own: the tray icon goes to the XEmbed tray, as on a
     # plain X desktop, unless the script runs a StatusNotifierItem host on its bus.
