@@ -29,11 +29,8 @@ private slots:
     {
         QTest::addColumn<uint>("colour");
         QTest::addColumn<QString>("name");
-        QTest::newRow("More") << 8421504u << "Category More, colour grey";
         QTest::newRow("Work") << 16744448u << "Category More, colour sky blue";
-        QTest::newRow("Birthday") << 8421631u << "Category More, colour light red";
         QTest::newRow("Health") << 65535u << "Category More, colour yellow";
-        QTest::newRow("Bills") << 33023u << "Category More, colour orange";
         QTest::newRow("pure red") << 255u << "Category More, colour red";
     }
     void legendRows()
