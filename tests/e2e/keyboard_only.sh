@@ -10,6 +10,7 @@ main=$(wait_window "ORVA's Calender")
 shot_when start 20 "the calendar" has_calendar >/dev/null
 pointer=$(xdotool getmouselocation --shell | head -n2)
 focus "$main"
+sleep 1 # a loaded machine may still be finishing the start-up
 
 # The focus starts on today.
 keys Return
