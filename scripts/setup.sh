@@ -10,6 +10,7 @@ packages=(
   libassimp-dev libgl1-mesa-dri
   xvfb xauth xdotool imagemagick poppler-utils trayer openbox fonts-liberation2 faketime
   dbus-daemon dbus-bin python3-dbus python3-gi
+  at-spi2-core gir1.2-atspi-2.0
   clang libclang-rt-14-dev
   libical-dev python3-icalendar
   dpkg-dev file lintian appstream desktop-file-utils

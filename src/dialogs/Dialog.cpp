@@ -56,9 +56,12 @@ QComboBox *combo(QWidget *parent, const char *name, bool editable)
     return box;
 }
 
-QLabel *label(QWidget *parent, const QString &caption)
+// A caption names the field beside it for screen readers.
+QLabel *label(QWidget *parent, const QString &caption, QWidget *field = nullptr)
 {
-    return new QLabel(caption, parent);
+    auto *l = new QLabel(caption, parent);
+    l->setBuddy(field);
+    return l;
 }
 
 // Part of a typed time: at most two characters, none counting as 0, a whole number in range.
@@ -101,6 +104,8 @@ void Dialog::createControls()
     txtmonth = combo(Frame1, "txtmonth", false);
     cmbtime2 = combo(Frame1, "cmbtime2", true);
     cmbtime2->setToolTip(kTimeTip);
+    Frame1->setAccessibleName(QStringLiteral("Recurrence"));
+    txtday1->setAccessibleName(QStringLiteral("Weekday"));
 
     cmbcat = combo(this, "cmbcat", false);
     cmbcat->setToolTip(QStringLiteral("Select from the list or enter a New one."));
@@ -112,9 +117,12 @@ void Dialog::createControls()
     Option4 = option(Frame2, "Option4", QStringLiteral("Action"));
     txtmemo = named<QLineEdit>(Frame2, "txtmemo");
     txtmemo->setToolTip(QStringLiteral("Should be a unique one."));
+    txtmemo->setAccessibleName(QStringLiteral("Memo"));
+    Frame2->setAccessibleName(QStringLiteral("Memo or action"));
     txtmemo->setMaxLength(kLongestText);
     txtaction = named<QLineEdit>(Frame2, "txtaction");
     txtaction->setToolTip(QStringLiteral("Type the  path of a file"));
+    txtaction->setAccessibleName(QStringLiteral("Action"));
     txtaction->setMaxLength(kLongestText - int(store::kActionMarker.size()));
     cmdbrowse = named<QPushButton>(Frame2, "cmdbrowse");
     cmdbrowse->setText(QStringLiteral("Browse"));
@@ -130,9 +138,9 @@ void Dialog::createControls()
 
     // One-off event: date and time.
     auto *single = new QGridLayout;
-    single->addWidget(label(this, QStringLiteral("Date :")), 0, 0);
+    single->addWidget(label(this, QStringLiteral("Date :"), DTPicker1), 0, 0);
     single->addWidget(DTPicker1, 0, 1);
-    single->addWidget(label(this, QStringLiteral("Time :")), 1, 0);
+    single->addWidget(label(this, QStringLiteral("Time :"), cmbtime), 1, 0);
     single->addWidget(cmbtime, 1, 1);
     single->addWidget(label(this, kTimeHint), 1, 2);
     single->setColumnMinimumWidth(0, 60);
@@ -144,19 +152,19 @@ void Dialog::createControls()
         kinds->addWidget(kind);
     auto *recurring = new QGridLayout(Frame1);
     recurring->addLayout(kinds, 0, 0, 1, 4);
-    recurring->addWidget(label(Frame1, QStringLiteral("Day :")), 1, 0);
+    recurring->addWidget(label(Frame1, QStringLiteral("Day :"), txtday), 1, 0);
     // The weekday list takes the place of the day list.
     recurring->addWidget(txtday, 1, 1);
     recurring->addWidget(txtday1, 1, 1);
-    recurring->addWidget(label(Frame1, QStringLiteral("Month :")), 1, 2);
+    recurring->addWidget(label(Frame1, QStringLiteral("Month :"), txtmonth), 1, 2);
     recurring->addWidget(txtmonth, 1, 3);
-    recurring->addWidget(label(Frame1, QStringLiteral("Time :")), 2, 0);
+    recurring->addWidget(label(Frame1, QStringLiteral("Time :"), cmbtime2), 2, 0);
     recurring->addWidget(cmbtime2, 2, 1);
     recurring->addWidget(label(Frame1, kTimeHint), 2, 2, 1, 2);
     recurring->setColumnStretch(1, 1);
 
     auto *category = new QHBoxLayout;
-    category->addWidget(label(this, QStringLiteral("Category :")));
+    category->addWidget(label(this, QStringLiteral("Category :"), cmbcat));
     category->addWidget(cmbcat, 1);
 
     auto *text = new QGridLayout(Frame2);
@@ -182,9 +190,10 @@ void Dialog::createControls()
     layout->addLayout(buttons);
     setMinimumWidth(420);
 
-    const QList<QWidget *> tabOrder{Option1,   DTPicker1, cmbtime,  Option2,     Optdaily, txtday,
-                                    txtday1,   txtmonth,  cmbtime2, cmbcat,      Option3,  txtmemo,
-                                    txtaction, cmdbrowse, OKButton, CancelButton};
+    const QList<QWidget *> tabOrder{Option1,   DTPicker1,  cmbtime,   Option2,  Optdaily,
+                                    optWeekly, optMonthly, optYearly, txtday,   txtday1,
+                                    txtmonth,  cmbtime2,   cmbcat,    Option3,  txtmemo,
+                                    Option4,   txtaction,  cmdbrowse, OKButton, CancelButton};
     for (qsizetype i = 1; i < tabOrder.size(); ++i)
         setTabOrder(tabOrder[i - 1], tabOrder[i]);
 
@@ -227,6 +236,8 @@ void Dialog::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
     SetZOrder(this, InsertAfter::Top);
+    // The text is what a user types first; the date and time come ready.
+    (Option4->isChecked() ? txtaction : txtmemo)->setFocus();
 }
 
 void Dialog::done(int result)

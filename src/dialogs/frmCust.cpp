@@ -37,6 +37,7 @@ frmCust::frmCust(QWidget *parent) : QDialog(parent)
     Text1->setObjectName(QStringLiteral("Text1"));
     Text1->setReadOnly(true);
     Text1->setFocusPolicy(Qt::NoFocus);
+    Text1->setAccessibleName(QStringLiteral("Colour"));
     Text1->setFixedWidth(60);
     cmdpalette = new QPushButton(QStringLiteral("Color Pallette"), this);
     cmdpalette->setObjectName(QStringLiteral("cmdpalette"));

@@ -26,6 +26,7 @@ frmDaily::frmDaily(QWidget *parent) : QDialog(parent)
     ListView1 = new QTreeWidget(this);
     ListView1->setObjectName(QStringLiteral("ListView1"));
     ListView1->setToolTip(QStringLiteral("Click the event to modify it."));
+    ListView1->setAccessibleName(QStringLiteral("Daily events"));
     ListView1->setRootIsDecorated(false);
     ListView1->setUniformRowHeights(true);
     ListView1->installEventFilter(this);
@@ -33,6 +34,8 @@ frmDaily::frmDaily(QWidget *parent) : QDialog(parent)
     layout->addWidget(ListView1);
     resize(420, 300);
     connect(ListView1, &QTreeWidget::itemClicked, this, &frmDaily::ListView1_ItemClick);
+    // Enter on an event opens it as a click does.
+    connect(ListView1, &QTreeWidget::itemActivated, this, &frmDaily::ListView1_ItemClick);
     Form_Load();
 }
 

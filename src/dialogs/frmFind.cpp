@@ -33,6 +33,7 @@ frmFind::frmFind(const store::Model &mainWindowModel, QWidget *parent)
     txtkeyword = new QLineEdit(this);
     txtkeyword->setObjectName(QStringLiteral("txtkeyword"));
     txtkeyword->setToolTip(QStringLiteral("Enter Keyword (not case sensitive)"));
+    txtkeyword->setAccessibleName(QStringLiteral("Keyword"));
     cmdFind = button(this, "cmdFind", QStringLiteral("Find"));
     cmdFind->setToolTip(QStringLiteral("Search for the keyword."));
     cmdFind->setDefault(true);
@@ -48,6 +49,7 @@ frmFind::frmFind(const store::Model &mainWindowModel, QWidget *parent)
     for (int k = 1; k <= kPageSize; ++k) {
         auto *box = new QLineEdit(this);
         box->setObjectName(QStringLiteral("txt1_%1").arg(k));
+        box->setAccessibleName(QStringLiteral("Result %1").arg(k));
         box->setReadOnly(true);
         box->setFocusPolicy(Qt::NoFocus);
         box->setCursor(Qt::PointingHandCursor);

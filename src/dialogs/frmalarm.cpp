@@ -41,12 +41,16 @@ frmalarm::frmalarm(QWidget *parent) : QDialog(parent)
     txtMemo_->setFont(
         face(QStringLiteral("Times New Roman"), QStringLiteral("Liberation Serif"), 12));
     txtMemo_->setReadOnly(true);
+    txtMemo_->setAccessibleName(QStringLiteral("Memo"));
+    // Focus starts on the memo, so a screen reader reads it when the window appears.
+    txtMemo_->setFocus();
     txtMemo_->setFixedHeight(txtMemo_->fontMetrics().lineSpacing() * 4 + 12);
     txttitle_ = new QLineEdit(this);
     txttitle_->setObjectName(QStringLiteral("txttitle"));
     txttitle_->setFont(
         face(QStringLiteral("MS Sans Serif"), QStringLiteral("Liberation Sans"), 8.25));
     txttitle_->setReadOnly(true);
+    txttitle_->setAccessibleName(QStringLiteral("When"));
     const rt::ButtonRow buttons = rt::okCancelRow(this);
     okButton_ = buttons.ok;
     cancelButton_ = buttons.cancel;

@@ -29,28 +29,30 @@ QString caption(const QString &text)
 QList<Item> itemsOn(rt::Date date, const store::Model &model, int displayedYear)
 {
     QList<Item> items;
-    auto add = [&items](const QString &text) { items.append({caption(text), text}); };
+    auto add = [&items](const QString &text, bool recurring, int number) {
+        items.append({caption(text), text, recurring, number});
+    };
 
     for (int i = 1; i <= model.eventCount(); ++i) {
         if (model.events[i].date == date)
-            add(model.events[i].memo);
+            add(model.events[i].memo, false, i);
     }
     const QString weekday = rt::WeekdayName(rt::Weekday(date));
     for (int i = 1; i <= model.recurringCount(); ++i) {
         const store::RecurringEvent &e = model.recurring[i];
         if (e.type == store::kWeekly) {
             if (weekday == e.day)
-                add(e.memo);
+                add(e.memo, true, i);
         } else if (e.type == store::kMonthly) {
             if (rt::numberEqualsText(rt::Day(date), e.day))
-                add(e.memo);
+                add(e.memo, true, i);
         } else if (e.type == store::kYearly) {
             const QString text = e.month + QLatin1Char('/') + e.day + QLatin1Char('/') +
                                  QString::number(displayedYear);
             if (rt::CDate(text) == date)
-                add(e.memo);
+                add(e.memo, true, i);
         } else if (e.type == store::kDaily) {
-            add(e.memo);
+            add(e.memo, true, i);
         }
     }
     return items;

@@ -29,6 +29,8 @@ QString caption(const QString &text);
 struct Item {
     QString caption;
     QString text; // the full stored text
+    bool recurring = false;
+    int number = 0; // the event's number among the one-off or the recurring events
 };
 
 // The events of a day, one-off first, then recurring. Yearly dates are built in the year the

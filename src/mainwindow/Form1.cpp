@@ -6,6 +6,7 @@
 #include "mainwindow/LegendNames.h"
 #include "mainwindow/OwnActivations.h"
 #include "mainwindow/Painters.h"
+#include "mainwindow/SpokenNames.h"
 #include "reminders/frmMissed.h"
 #include "runtime/Clock.h"
 #include "runtime/Colors.h"
@@ -119,6 +120,10 @@ void Form1::createControls()
     connect(cal_, &UserControl1::DateRClick, this, &Form1::Cal_DateRClick);
     connect(cal_, &UserControl1::DateDblClick, this, &Form1::Cal_DateDblClick);
     connect(cal_, &UserControl1::YearChanged, this, &Form1::Cal_YearChanged);
+    cal_->setAccessibleName(QStringLiteral("Year calendar"));
+    cal_->setDayDetails([this](rt::Date date, std::optional<rt::WinColor> painted) {
+        return spoken::dayDetails(date, painted, model_, cal_->displayedYear());
+    });
 
     frame1_ = new QGroupBox(QStringLiteral("Legend"), central);
     frame1_->setObjectName(QStringLiteral("Frame1"));
@@ -132,10 +137,14 @@ void Form1::createControls()
     vScroll1_->setObjectName(QStringLiteral("vScroll1"));
     vScroll1_->setSingleStep(kRowHeight);
     connect(vScroll1_, &QScrollBar::valueChanged, this, &Form1::vScroll1_Change);
+    vScroll1_->setAccessibleName(QStringLiteral("Scroll the legend"));
+    legendKeys_ = new LegendKeys(
+        vScroll1_, kRowHeight, [this](int i) { lblcat_Click(i); }, this);
 
     picture1_ = new QLabel(central);
     picture1_->setObjectName(QStringLiteral("Picture1"));
     picture1_->setToolTip(QStringLiteral("Go to Homepage"));
+    picture1_->setAccessibleName(QStringLiteral("Logo, go to homepage"));
     picture1_->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     picture1_->setAutoFillBackground(true);
     picture1_->setPalette(QPalette(Qt::white));
@@ -277,6 +286,8 @@ void Form1::Form_Load()
     // Started together with Timer1, so that one wake-up serves both.
     timer2_->start();
     timer1_->start();
+    // Keys work on today from the start.
+    cal_->setFocus();
 }
 
 void Form1::passwordGate()
@@ -337,6 +348,7 @@ void Form1::loadLegend()
             label->setToolTip(kLegendToolTip);
             label->setProperty("index", i);
             label->installEventFilter(this);
+            legendKeys_->attach(label);
             box = new QFrame(area);
             box->setObjectName(QStringLiteral("shpcat_%1").arg(i));
             box->setFrameStyle(QFrame::Box | QFrame::Plain);
@@ -347,6 +359,8 @@ void Form1::loadLegend()
         QPalette palette = box->palette();
         palette.setColor(QPalette::Window, rt::toQColor(rt::WinColor(colour)));
         box->setPalette(palette);
+        label->setAccessibleName(
+            spoken::legendRowName(model_.categoryNames[i], rt::WinColor(colour)));
         label->show();
         box->show();
     }
@@ -452,7 +466,7 @@ void Form1::Cal_DateRClick(rt::Date date)
         n1_.append(action);
         popupTexts_.append(item.text);
     }
-    rclick_->exec(QCursor::pos());
+    rclick_->exec(cal_->popupPosition());
     // Only now, so "Add Event..." in this popup still works on the previous date.
     selectedDate_ = date;
 }

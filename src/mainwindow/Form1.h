@@ -20,6 +20,7 @@ class QLabel;
 class QMenu;
 class QScrollBar;
 class QTimer;
+class LegendKeys;
 class Painters;
 class cMesh;
 class cdirectx;
@@ -165,6 +166,7 @@ private:
     std::unique_ptr<cMesh> logo_; // only when the device and the file both worked
     QMap<int, QFrame *> shpcat_;
     QMap<int, QLabel *> lblcat_;
+    LegendKeys *legendKeys_ = nullptr;
 
     QAction *cpass_ = nullptr;
     QAction *chPass_ = nullptr;

@@ -21,7 +21,10 @@ HelpWindow::HelpWindow(QWidget *parent) : QMainWindow(parent, Qt::Window)
     browser_->setObjectName(QStringLiteral("browser"));
     browser_->setOpenLinks(false);
     connect(browser_, &QTextBrowser::anchorClicked, this, &HelpWindow::anchorClicked);
+    browser_->setAccessibleName(QStringLiteral("Help page"));
     setCentralWidget(browser_);
+    connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this,
+            &QWidget::close);
 
     QToolBar *bar = addToolBar(QStringLiteral("Help"));
     bar->setObjectName(QStringLiteral("helpBar"));

@@ -30,6 +30,9 @@ frmPrint::frmPrint(rt::Date selectedDate, QWidget *parent) : QDialog(parent)
     for (QDateEdit *picker : {DTPicker1, DTPicker2, DTPicker3})
         dialogs::setPickerDate(picker, selectedDate);
     lblTo = new QLabel(QStringLiteral("To :"), this);
+    lblTo->setBuddy(DTPicker3);
+    DTPicker1->setAccessibleName(QStringLiteral("Date"));
+    DTPicker2->setAccessibleName(QStringLiteral("From"));
     OKButton = new QPushButton(QStringLiteral("OK"), this);
     OKButton->setObjectName(QStringLiteral("OKButton"));
     OKButton->setToolTip(QStringLiteral("Save the events to Last_Print.txt and print them."));

@@ -3,7 +3,10 @@
 #include "runtime/Twips.h"
 #include "yearcalendar/Layout.h"
 
+#include <QAccessibleWidget>
+#include <QHelpEvent>
 #include <QMouseEvent>
+#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
@@ -19,8 +22,40 @@ QFont calendarFont(double points, bool bold)
     return font;
 }
 
+namespace
+{
+
+// A day is read as a button that says its date and what lies on it.
+class DayCellAccessible : public QAccessibleWidget
+{
+public:
+    explicit DayCellAccessible(DayLabel *cell) : QAccessibleWidget(cell, QAccessible::Button) {}
+    QString text(QAccessible::Text t) const override
+    {
+        if (t == QAccessible::Name)
+            return static_cast<const DayLabel *>(widget())->description();
+        return QAccessibleWidget::text(t);
+    }
+};
+
+QAccessibleInterface *dayCellFactory(const QString &className, QObject *object)
+{
+    if (className == QLatin1String(DayLabel::staticMetaObject.className()) &&
+        object->isWidgetType())
+        return new DayCellAccessible(static_cast<DayLabel *>(object));
+    return nullptr;
+}
+
+} // namespace
+
 DayLabel::DayLabel(QWidget *parent) : QLabel(parent), points_(kDayFontPoints)
 {
+    static const bool factoryInstalled = [] {
+        QAccessible::installFactory(dayCellFactory);
+        return true;
+    }();
+    Q_UNUSED(factoryInstalled);
+    setFocusPolicy(Qt::ClickFocus);
     setFont(calendarFont(points_, true));
     setAlignment(Qt::AlignCenter);
     setAutoFillBackground(true);
@@ -78,6 +113,27 @@ void DayLabel::mouseDoubleClickEvent(QMouseEvent *event)
     }
     leftDown_ = false;
     emit doubleClicked();
+}
+
+void DayLabel::focusInEvent(QFocusEvent *event)
+{
+    QLabel::focusInEvent(event);
+    emit focusChanged();
+}
+
+void DayLabel::focusOutEvent(QFocusEvent *event)
+{
+    QLabel::focusOutEvent(event);
+    emit focusChanged();
+}
+
+bool DayLabel::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), description(), this);
+        return true;
+    }
+    return QLabel::event(event);
 }
 
 } // namespace yearcal

@@ -1,11 +1,17 @@
 #include "yearcalendar/UserControl1.h"
 
+#include "runtime/Clock.h"
+#include "runtime/RuntimeError.h"
 #include "runtime/Twips.h"
 #include "yearcalendar/DayLabel.h"
 
+#include <QCursor>
 #include <QFrame>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPushButton>
+#include <QScopeGuard>
 
 using namespace yearcal;
 
@@ -13,6 +19,12 @@ namespace
 {
 
 constexpr rt::WinColor kHeaderGrey = 0x808080;
+
+const char *const kMonths[] = {"January",   "February", "March",    "April",
+                               "May",       "June",     "July",     "August",
+                               "September", "October",  "November", "December"};
+const char *const kWeekdays[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                 "Thursday", "Friday", "Saturday"};
 
 QRect pixels(double left, double top, double width, double height)
 {
@@ -51,6 +63,8 @@ QFrame *line(QWidget *parent, QFrame::Shape shape)
 
 UserControl1::UserControl1(QWidget *parent) : QWidget(parent)
 {
+    const rt::Date today = rt::Clock::Now();
+    focusDay_ = {rt::Year(today), rt::Month(today), rt::Day(today)};
     createChildren();
     resize(rt::twipsToPixels(kDesignWidth), rt::twipsToPixels(kDesignHeight));
     paintMonths();
@@ -64,6 +78,7 @@ void UserControl1::createChildren()
 {
     label12_ = new QLineEdit(this);
     label12_->setObjectName("Label12");
+    label12_->setAccessibleName("Year");
     label12_->setFont(calendarFont(kYearFontPoints, true));
     label12_->setAlignment(Qt::AlignCenter);
     label12_->setGeometry(pixels(yearBox()));
@@ -74,21 +89,20 @@ void UserControl1::createChildren()
     cmdLeft_ = new QPushButton("+", this);
     cmdLeft_->setObjectName("cmdLeft");
     cmdLeft_->setToolTip("Next year");
+    cmdLeft_->setAccessibleName("Next year");
     cmdLeft_->setGeometry(pixels(leftButtonBox()));
     connect(cmdLeft_, &QPushButton::clicked, this, &UserControl1::cmdLeft_Click);
     cmdRight_ = new QPushButton(QString(QChar(0x2212)), this);
     cmdRight_->setObjectName("cmdRight");
     cmdRight_->setToolTip("Previous year");
+    cmdRight_->setAccessibleName("Previous year");
     cmdRight_->setGeometry(pixels(rightButtonBox()));
     connect(cmdRight_, &QPushButton::clicked, this, &UserControl1::cmdRight_Click);
     for (QPushButton *button : {cmdLeft_, cmdRight_})
         button->setFont(calendarFont(kButtonFontPoints, true));
 
-    static const char *const months[] = {"January",   "February", "March",    "April",
-                                         "May",       "June",     "July",     "August",
-                                         "September", "October",  "November", "December"};
     for (int m = 0; m < 12; ++m) {
-        mon_[m] = named(new QLabel(months[m], this), "mon", m);
+        mon_[m] = named(new QLabel(kMonths[m], this), "mon", m);
         mon_[m]->setFont(calendarFont(kMonthFontPoints, true));
         mon_[m]->setAlignment(Qt::AlignCenter);
         mon_[m]->setAutoFillBackground(true);
@@ -98,6 +112,7 @@ void UserControl1::createChildren()
     static const char *const weekdays[] = {"Su", "Mo", "Tu", "We", "Th", "Fr", "Sa"};
     for (int i = 0; i < 84; ++i) {
         w_[i] = named(new QLabel(weekdays[i % 7], this), "w", i);
+        w_[i]->setAccessibleName(kWeekdays[i % 7]);
         w_[i]->setFont(calendarFont(kDayFontPoints, true));
         w_[i]->setAlignment(Qt::AlignCenter);
         setColour(w_[i], QPalette::WindowText, kHeaderGrey);
@@ -127,18 +142,22 @@ void UserControl1::createDayCells()
         cell->setGeometry(pixels(dayCellBox(true, k)));
         connectDayCell(cell, true, k);
         cells_[j1(k)] = cell;
+        cell->setDescriber([this, k] { return dayName(j1(k)); });
     }
     for (int i = 0; i < kLaterCells; ++i) {
         auto *cell = named(new DayLabel(this), "f1", i);
         cell->setGeometry(pixels(dayCellBox(false, i)));
         connectDayCell(cell, false, i);
         cells_[f1(i)] = cell;
+        cell->setDescriber([this, i] { return dayName(f1(i)); });
     }
 }
 
 void UserControl1::connectDayCell(DayLabel *cell, bool inJanuary, int index)
 {
     connect(cell, &DayLabel::clicked, this, [=, this] { dayClick(inJanuary, index); });
+    connect(cell, &DayLabel::focusChanged, this,
+            [=, this] { cellFocused(inJanuary ? j1(index) : f1(index)); });
     connect(cell, &DayLabel::doubleClicked, this,
             [=, this] { inJanuary ? j1_DblClick(index) : f1_DblClick(index); });
     connect(cell, &DayLabel::mouseDown, this,
@@ -170,10 +189,143 @@ template <typename Change> auto UserControl1::change(Change &&apply)
 
 void UserControl1::showCells()
 {
+    // A refill may hide the focused cell or give its day to another; the focus follows the day.
+    const bool focused = tabStop_ >= 0 && cells_[tabStop_]->hasFocus();
     for (const int cell : model_.grid().takeChanged())
         cells_[cell]->display(model_.grid()[cell]);
     if (model_.takeYearTextRefresh())
         label12_->setText(QString::number(model_.displayedYear()));
+    placeTabStop(focused);
+}
+
+void UserControl1::placeTabStop(bool takeFocus)
+{
+    focusDay_ = inYear(focusDay_, model_.displayedYear());
+    const int cell = cellOfDay(model_.grid(), focusDay_.month, focusDay_.day);
+    if (cell < 0)
+        return;
+    if (cell != tabStop_) {
+        if (tabStop_ >= 0) {
+            cells_[tabStop_]->setFocusPolicy(Qt::ClickFocus);
+            update(focusFrame(tabStop_));
+        }
+        tabStop_ = cell;
+        cells_[cell]->setFocusPolicy(Qt::StrongFocus);
+        // Focus given to the control goes to its day.
+        setFocusProxy(cells_[cell]);
+    }
+    if (takeFocus)
+        cells_[cell]->setFocus(Qt::OtherFocusReason);
+}
+
+// A cell that takes the focus by the mouse or from a screen reader becomes the focused day.
+void UserControl1::cellFocused(int cell)
+{
+    if (cells_[cell]->hasFocus() && cell != tabStop_) {
+        focusDay_ = {model_.displayedYear(), monthOfGridCell(cell), model_.grid()[cell].caption};
+        placeTabStop(false);
+    }
+    update(focusFrame(cell));
+}
+
+QRect UserControl1::focusFrame(int cell) const
+{
+    return cells_[cell]->geometry().adjusted(-2, -2, 2, 2);
+}
+
+// The frame goes around the cell, on the control's own background, so that neither a
+// category's colour nor today's red is touched and it shows on every one of them.
+void UserControl1::paintEvent(QPaintEvent *event)
+{
+    QWidget::paintEvent(event);
+    if (tabStop_ < 0 || !cells_[tabStop_]->hasFocus())
+        return;
+    QPainter painter(this);
+    painter.fillRect(focusFrame(tabStop_), palette().color(QPalette::WindowText));
+}
+
+void UserControl1::keyPressEvent(QKeyEvent *event)
+{
+    if (tabStop_ < 0 || !cells_[tabStop_]->hasFocus() || !dayKey(event->key(), event->modifiers()))
+        QWidget::keyPressEvent(event);
+}
+
+// Keys take the mouse's paths, so the host cannot tell them apart.
+bool UserControl1::dayKey(int key, Qt::KeyboardModifiers modifiers)
+{
+    const bool inJanuary = tabStop_ < kJanuaryCells;
+    const int index = inJanuary ? tabStop_ : tabStop_ - kJanuaryCells;
+    const bool ctrl = modifiers & Qt::ControlModifier;
+    if (ctrl && key == Qt::Key_PageDown) {
+        cmdLeft_Click();
+    } else if (ctrl && key == Qt::Key_PageUp) {
+        cmdRight_Click();
+    } else if (key == Qt::Key_Space) {
+        inJanuary ? j1_Click(index) : f1_Click(index);
+    } else if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        inJanuary ? j1_DblClick(index) : f1_DblClick(index);
+    } else if (key == Qt::Key_Menu || (key == Qt::Key_F10 && modifiers & Qt::ShiftModifier)) {
+        keyboardCell_ = tabStop_;
+        const auto done = qScopeGuard([this] { keyboardCell_ = -1; });
+        inJanuary ? j1_MouseDown(index, 2, 0, 0, 0) : f1_MouseDown(index, 2, 0, 0, 0);
+    } else if (const std::optional<DayStep> step = stepForKey(key, modifiers)) {
+        moveFocus(stepDay(focusDay_, *step));
+    } else {
+        return false;
+    }
+    return true;
+}
+
+// A day of another year brings that year in with the year buttons.
+void UserControl1::moveFocus(GridDay day)
+{
+    if (!yearInRange(day.year))
+        return;
+    if (day.year > model_.displayedYear())
+        cmdLeft_Click();
+    else if (day.year < model_.displayedYear())
+        cmdRight_Click();
+    focusDay_ = day;
+    placeTabStop(true);
+}
+
+QPoint UserControl1::popupPosition() const
+{
+    if (keyboardCell_ < 0)
+        return QCursor::pos();
+    const DayLabel *cell = cells_[keyboardCell_];
+    return cell->mapToGlobal(QPoint(0, cell->height()));
+}
+
+QString UserControl1::dayName(int cell) const
+{
+    const DayCell &c = model_.grid()[cell];
+    if (c.caption == 0)
+        return {};
+    const int month = monthOfGridCell(cell);
+    const int column = (cell < kJanuaryCells ? cell : cell - kJanuaryCells) % 7;
+    QString name = QStringLiteral("%1 %2 %3 %4")
+                       .arg(QLatin1String(kWeekdays[column]))
+                       .arg(c.caption)
+                       .arg(QLatin1String(kMonths[month - 1]))
+                       .arg(model_.displayedYear());
+    // Bold marks today, and only today.
+    if (c.bold)
+        name += QStringLiteral(", today");
+    if (c.back == kSelectionGrey)
+        name += QStringLiteral(", selected");
+    if (!details_)
+        return name;
+    const bool painted = c.back != model_.dayBackColor() && c.back != kSelectionGrey;
+    try {
+        const QString details = details_(gridDate(month, c.caption, model_.displayedYear()),
+                                         painted ? std::optional(c.back) : std::nullopt);
+        if (!details.isEmpty())
+            name += QStringLiteral(", ") + details;
+    } catch (const rt::RuntimeError &) {
+        // A year the grid cannot date: the name stays with what the cell shows.
+    }
+    return name;
 }
 
 void UserControl1::paintMonths()

@@ -3,10 +3,13 @@
 #include "runtime/Colors.h"
 #include "runtime/DateTime.h"
 #include "yearcalendar/CalendarModel.h"
+#include "yearcalendar/DayFocus.h"
 #include "yearcalendar/Layout.h"
 
 #include <QWidget>
 #include <array>
+#include <functional>
+#include <optional>
 
 class QFrame;
 class QLabel;
@@ -29,6 +32,11 @@ class DayLabel;
 // December's, 42 a month), both QLabel; "Line1_0".."Line1_2" (QFrame).
 //
 // The left button ("+") goes one year forward and the right one ("−") a year back.
+//
+// One day at a time holds the keyboard focus, framed: arrows move it by a day or a week,
+// Home/End to the month's ends, PageUp/PageDown by a month, Ctrl+PageUp/PageDown press the
+// year buttons. Space, Enter and the Menu key (or Shift+F10) on it act as a click, a double
+// click and a right click.
 class UserControl1 : public QWidget
 {
     Q_OBJECT
@@ -69,6 +77,18 @@ public:
     void Label12_KeyPress(int keyAscii);
     void UserControl_Resize();
 
+    // What the host adds to a day's name: given the day's date and, when the day is painted
+    // in a colour other than the Day back colour and the selection grey, that colour.
+    using DayDetails = std::function<QString(rt::Date date, std::optional<rt::WinColor> painted)>;
+    void setDayDetails(DayDetails details) { details_ = std::move(details); }
+    // The accessible name and tool tip of a cell (numbered as in YearGrid): "Tuesday 3 March
+    // 2026, today, selected" and the host's details.
+    QString dayName(int cell) const;
+
+    yearcal::GridDay focusDay() const { return focusDay_; }
+    // Where the day popup opens: at the cell when a key asked for it, else at the mouse.
+    QPoint popupPosition() const;
+
 signals:
     void DateClick(rt::Date date);
     void DateRClick(rt::Date date);
@@ -77,6 +97,8 @@ signals:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void createChildren();
@@ -88,6 +110,11 @@ private:
     void paintMonths();
     void showCells();
     template <typename Change> auto change(Change &&apply);
+    bool dayKey(int key, Qt::KeyboardModifiers modifiers);
+    void moveFocus(yearcal::GridDay day);
+    void placeTabStop(bool takeFocus);
+    void cellFocused(int cell);
+    QRect focusFrame(int cell) const;
 
     yearcal::CalendarModel model_;
     yearcal::Ratios ratios_{yearcal::kDesignWidth};
@@ -99,4 +126,9 @@ private:
     std::array<QLabel *, 84> w_{};
     std::array<yearcal::DayLabel *, yearcal::kCells> cells_{}; // j1 then f1, as in the grid
     std::array<QFrame *, 3> line1_{};
+
+    yearcal::GridDay focusDay_;
+    int tabStop_ = -1;      // the one cell Tab reaches: the focused day's
+    int keyboardCell_ = -1; // the cell a key is right-clicking, while it does
+    DayDetails details_;
 };

@@ -97,6 +97,23 @@ private slots:
         delete boxes;
     }
 
+    // The dialog opens in the memo, Shift+Tab goes back over the fields that are enabled,
+    // and Escape closes it.
+    void keyboard()
+    {
+        open(kCategories);
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        QStringList path{QApplication::focusWidget()->objectName()};
+        for (int i = 0; i < 4; ++i) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+            path << QApplication::focusWidget()->objectName();
+        }
+        QCOMPARE(path.join(' '), QString("txtmemo Option3 cmbcat Option2 cmbtime"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        QVERIFY(!dialog->isVisible());
+    }
+
     // Which boxes give which texts; the store's write order is tested with the store.
     void addsAnEvent_data()
     {

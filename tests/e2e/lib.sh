@@ -31,6 +31,16 @@ e2e_bus() {
     fi
 }
 
+# at-spi2-core's accessibility bus on the script's session bus (see e2e_bus), which the
+# program's bridge and the test's client meet on.
+start_accessibility_bus() {
+    E2E_A11Y=1
+    /usr/libexec/at-spi-bus-launcher --launch-immediately >"$WORK/at-spi.log" 2>&1 &
+    E2E_PIDS+=($!)
+    wait_until 20 "the accessibility bus" dbus-send --session --print-reply --dest=org.a11y.Bus \
+        /org/a11y/bus org.a11y.Bus.GetAddress
+}
+
 # Re-runs the calling script under its own X server, then sets up the work folder.
 e2e_init() {
     if [ -z "${E2E_DISPLAY_READY:-}" ]; then
@@ -137,6 +147,8 @@ start_program() {
             env+=(FAKETIME="@$1")
         fi
     fi
+    # With the accessibility bus up, the bridge is forced on, as no screen reader runs.
+    [ -z "${E2E_A11Y:-}" ] || env+=(QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1)
     E2E_RUNS=$((${E2E_RUNS:-0} + 1))
     # No session bus but the script's own: the tray icon goes to the XEmbed tray, as on a
     # plain X desktop, unless the script runs a StatusNotifierItem host on its bus.
@@ -366,14 +378,13 @@ start_service() {
 add_event_at() {
     double_click "$1" "$2"
     focus "$(wait_window "Add Event...")"
-    # Focus starts on "Select Date :"; the date picker takes three stops (day, month, year)
-    # before the time.
-    keys Tab Tab Tab Tab ctrl+a
-    type_text "$3"
-    keys Tab
-    type_text "$4" # the category list jumps to the typed name
-    keys Tab
+    # Focus starts on the memo; back from it over "Memo" to the category, and over "Select
+    # Recurrence :" to the time.
     type_text "$5"
+    keys shift+Tab shift+Tab
+    type_text "$4" # the category list jumps to the typed name
+    keys shift+Tab shift+Tab ctrl+a
+    type_text "$3"
     shot "$6" >/dev/null
     keys Return
     wait_gone "Add Event..."

@@ -3,6 +3,8 @@
 #include "runtime/Twips.h"
 #include "yearcalendar/UserControl1.h"
 
+#include <QAccessible>
+#include <QApplication>
 #include <QDate>
 #include <QLabel>
 #include <QLineEdit>
@@ -39,6 +41,23 @@ struct EventLog {
         QObject::connect(&c, &UserControl1::YearChanged, [&] { lines << "YearChanged"; });
     }
 };
+
+QString spokenName(QWidget *w)
+{
+    return QAccessible::queryAccessibleInterface(w)->text(QAccessible::Name);
+}
+
+// Gives the focus to the day cell whose name starts with the date; returns the cell.
+QWidget *focusDayCell(UserControl1 &c, const QString &date)
+{
+    for (QLabel *cell : c.findChildren<QLabel *>()) {
+        if (cell->isVisible() && spokenName(cell).startsWith(date)) {
+            cell->setFocus();
+            return cell;
+        }
+    }
+    return nullptr;
+}
 
 } // namespace
 
@@ -132,6 +151,78 @@ private slots:
         const bool moved = selected == "2024-03-15";
         QCOMPARE(back(day) == QColor(157, 157, 157), moved);
         QCOMPARE(back(c.findChild<QLabel *>("j1_20")) == QColor(157, 157, 157), !moved);
+    }
+
+    // Keys on the focused day take the mouse's paths; Ctrl+PageUp/PageDown press the year
+    // buttons and the focus keeps its day. Focus starts on today, 15 March 2024.
+    void keys_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QStringList>("events");
+        QTest::addColumn<QString>("focused");
+        const int none = Qt::NoModifier;
+        const auto row = [](const char *name, int key, int modifiers, const QStringList &events,
+                            const QString &focused) {
+            QTest::newRow(name) << key << modifiers << events << focused;
+        };
+        const QString today = "Friday 15 March 2024, today";
+        row("space clicks", Qt::Key_Space, none, {"DateClick 2024-03-15 selected 2024-01-20"},
+            today + ", selected");
+        row("enter double-clicks", Qt::Key_Return, none, {"DateDblClick 2024-03-15"}, today);
+        row("menu right-clicks", Qt::Key_Menu, none, {"DateRClick 2024-03-15"}, today);
+        row("ctrl+page down", Qt::Key_PageDown, Qt::ControlModifier,
+            {"DateClick 2025-01-18 selected 2024-01-20", "YearChanged"}, "Saturday 15 March 2025");
+        row("down a week", Qt::Key_Down, none, {}, "Friday 22 March 2024");
+        row("end of the month", Qt::Key_End, none, {}, "Sunday 31 March 2024");
+    }
+    void keys()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        UserControl1 c;
+        c.show();
+        QVERIFY(QTest::qWaitForWindowActive(&c));
+        QWidget *cell = focusDayCell(c, "Friday 15 March 2024");
+        EventLog log(c);
+        QTest::keyClick(cell, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QTEST(log.lines, "events");
+        QTEST(spokenName(QApplication::focusWidget()), "focused");
+    }
+
+    // A day past the year's end brings in the next year the way the "+" button does.
+    void arrowPastTheYear()
+    {
+        UserControl1 c;
+        c.show();
+        QVERIFY(QTest::qWaitForWindowActive(&c));
+        QWidget *cell = focusDayCell(c, "Tuesday 31 December 2024");
+        EventLog log(c);
+        QTest::keyClick(cell, Qt::Key_Right);
+        QCOMPARE(log.lines,
+                 QStringList({"DateClick 2025-01-18 selected 2024-01-20", "YearChanged"}));
+        QCOMPARE(c.focusDay().year, 2025);
+        QCOMPARE(QApplication::focusWidget()->objectName(), QString("j1_3"));
+    }
+
+    // A cell's name is its date as a person says it, what the grid marks on it and what the
+    // host adds; the tool tip shows the same.
+    void names()
+    {
+        UserControl1 c;
+        QCOMPARE(c.dayName(yearcal::f1(61)), QString("Friday 15 March 2024, today"));
+        QCOMPARE(spokenName(c.findChild<QLabel *>("f1_61")), c.dayName(yearcal::f1(61)));
+        c.SetDayBackColor(rt::DateSerial(2024, 3, 16), kGreen);
+        QList<std::optional<rt::WinColor>> painted;
+        c.setDayDetails([&](rt::Date d, std::optional<rt::WinColor> colour) {
+            painted << colour;
+            return rt::Day(d) == 16 ? QString("Work: Payday, all day") : QString();
+        });
+        QCOMPARE(c.dayName(yearcal::f1(62)),
+                 QString("Saturday 16 March 2024, Work: Payday, all day"));
+        QCOMPARE(c.dayName(yearcal::j1(20)), QString("Saturday 20 January 2024, selected"));
+        QCOMPARE(painted, (QList<std::optional<rt::WinColor>>{kGreen, std::nullopt}));
+        QCOMPARE(c.dayName(yearcal::j1(0)), QString()); // an unused cell
     }
 
     // Typing a year and Enter refills the grid and nothing more: no event, the selection and

@@ -1,0 +1,76 @@
+#include "mainwindow/SpokenNames.h"
+
+#include <QTest>
+
+using rt::DateSerial;
+
+namespace
+{
+
+store::Model model()
+{
+    store::Model m;
+    m.categoryNames = {"", "More", "Work", "Health"};
+    m.categoryColours = {"", "8421504", "16744448", "65535"};
+    m.events = {{}};
+    m.recurring = {{}};
+    return m;
+}
+
+} // namespace
+
+class TestSpokenNames : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // The colours of the starter store, by the names a person would use.
+    void legendRows_data()
+    {
+        QTest::addColumn<uint>("colour");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("Work") << 16744448u << "Category More, colour sky blue";
+        QTest::newRow("Health") << 65535u << "Category More, colour yellow";
+        QTest::newRow("pure red") << 255u << "Category More, colour red";
+    }
+    void legendRows()
+    {
+        QFETCH(uint, colour);
+        QTEST(spoken::legendRowName("More", colour), "name");
+    }
+
+    // What is read for a day is what its popup lists, in the popup's order, with the
+    // category its colour stands for first.
+    void days_data()
+    {
+        QTest::addColumn<double>("date");
+        QTest::addColumn<qint64>("painted"); // -1: not painted
+        QTest::addColumn<QString>("details");
+        QTest::newRow("nothing") << DateSerial(2026, 3, 4) << qint64(-1) << "";
+        QTest::newRow("one event") << DateSerial(2026, 3, 3) << qint64(65535)
+                                   << "coloured as Health, Health: Dentist at 9:00 AM";
+        QTest::newRow("several") << DateSerial(2026, 3, 5) << qint64(8421504)
+                                 << "coloured as More, Work: open run.exe, all day, "
+                                    "Health: Gym at 6:30 PM, Work: Standup at 9:00 AM";
+        QTest::newRow("unknown colour")
+            << DateSerial(2026, 3, 6) << qint64(0xFF) << "coloured as red";
+    }
+    void days()
+    {
+        QFETCH(double, date);
+        QFETCH(qint64, painted);
+        store::Model m = model();
+        m.events << store::Event{DateSerial(2026, 3, 3), rt::TimeSerial(9, 0, 0), "Dentist",
+                                 "Health"}
+                 << store::Event{DateSerial(2026, 3, 5), 0, "&**C:\\Tools\\run.exe", "Work"}
+                 << store::Event{DateSerial(2026, 3, 5), rt::TimeSerial(18, 30, 0), "Gym",
+                                 "Health"};
+        m.recurring << store::RecurringEvent{"Weekly",  "Thursday", "",
+                                             "9:00 AM", "Standup",  "Work"};
+        const auto colour = painted < 0 ? std::nullopt : std::optional(rt::WinColor(painted));
+        QTEST(spoken::dayDetails(date, colour, m, 2026), "details");
+    }
+};
+
+QTEST_APPLESS_MAIN(TestSpokenNames)
+#include "tst_spokennames.moc"
