@@ -41,16 +41,6 @@ lacks "$work" "$back" || fail "Work was checked again after a visit to another w
 
 # A new event through the add dialog shows as soon as the dialog closes.
 read -r x y < <(day_cell_centre "$first" 3 0 4)
-double_click "$x" "$y"
-dialog=$(wait_window "Add Event...")
-focus "$dialog"
-keys Tab Tab Tab Tab ctrl+a
-type_text "all day"
-keys Tab
-type_text Health
-keys Tab
-type_text Checkup
-keys Return
-wait_gone "Add Event..."
+add_event_at "$x" "$y" "all day" Health Checkup dialog
 shot_when added 10 "the new Health day" shows "$health" >/dev/null
 log "passed"
