@@ -3,6 +3,7 @@
 #include "logo3d/cMesh.h"
 #include "mainwindow/ActionLauncher.h"
 #include "mainwindow/DayView.h"
+#include "mainwindow/LegendKeys.h"
 #include "mainwindow/LegendNames.h"
 #include "mainwindow/OwnActivations.h"
 #include "mainwindow/Painters.h"
