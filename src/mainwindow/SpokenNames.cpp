@@ -20,18 +20,36 @@ struct Named {
     int red, green, blue;
 };
 
-constexpr std::array<Named, 21> kColours{{
-    {"black", 0, 0, 0},           {"white", 255, 255, 255},
-    {"grey", 128, 128, 128},      {"light grey", 192, 192, 192},
-    {"red", 255, 0, 0},           {"dark red", 128, 0, 0},
-    {"light red", 255, 128, 128}, {"orange", 255, 128, 0},
-    {"brown", 150, 75, 0},        {"yellow", 255, 255, 0},
-    {"olive", 128, 128, 0},       {"green", 0, 128, 0},
-    {"bright green", 0, 255, 0},  {"teal", 0, 128, 128},
-    {"cyan", 0, 255, 255},        {"sky blue", 0, 128, 255},
-    {"blue", 0, 0, 255},          {"navy", 0, 0, 128},
-    {"purple", 128, 0, 128},      {"magenta", 255, 0, 255},
+// The pale ones are there for the starter colours, which are light so that digits read well.
+constexpr std::array<Named, 28> kColours{{
+    {"black", 0, 0, 0},
+    {"white", 255, 255, 255},
+    {"grey", 128, 128, 128},
+    {"light grey", 211, 211, 211},
+    {"red", 255, 0, 0},
+    {"dark red", 128, 0, 0},
+    {"light red", 255, 128, 128},
+    {"orange", 255, 128, 0},
+    {"brown", 150, 75, 0},
+    {"yellow", 255, 255, 0},
+    {"olive", 128, 128, 0},
+    {"green", 0, 128, 0},
+    {"bright green", 0, 255, 0},
+    {"teal", 0, 128, 128},
+    {"cyan", 0, 255, 255},
+    {"sky blue", 0, 128, 255},
+    {"blue", 0, 0, 255},
+    {"navy", 0, 0, 128},
+    {"purple", 128, 0, 128},
+    {"magenta", 255, 0, 255},
     {"violet", 255, 128, 255},
+    {"pale blue", 196, 224, 255},
+    {"pale green", 184, 240, 184},
+    {"pink", 255, 217, 236},
+    {"light yellow", 255, 255, 128},
+    {"lavender", 236, 217, 255},
+    {"peach", 255, 224, 168},
+    {"silver", 192, 192, 192},
 }};
 
 QString timeText(rt::Date time)

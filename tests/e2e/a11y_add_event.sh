@@ -16,7 +16,7 @@ wait_until 30 "the calendar on the accessibility bus" view day ", today"
 view names >"$WORK/names.txt"
 cp "$WORK/names.txt" "$SHOTS/"
 for name in "text: Year" "push button: Next year" "push button: Previous year" \
-    "image: Logo, go to homepage" "label: Category Work, colour sky blue"; do
+    "image: Logo, go to homepage" "label: Category Work, colour pale blue"; do
     grep -qxF "$name" "$WORK/names.txt" || fail "no \"$name\" among the main window's names"
 done
 

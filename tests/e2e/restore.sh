@@ -21,10 +21,10 @@ for row in "${rows[@]}"; do
     double_click "$x" "$y"
     dialog=$(wait_window "Add Event...")
     focus "$dialog"
-    # "Select Recurrence :" below "Select Date :" and "Monthly" to its right. Tab from there
-    # comes round to "Select Recurrence :" again; the day list, the time, the category and
-    # the memo follow.
-    keys Down Right Tab Tab "$day" Tab ctrl+a
+    # Focus starts on the memo; back over "Memo" and the category to "Select Recurrence :",
+    # which Space turns on; "Monthly" is to its right. Then forward, past the unchecked
+    # buttons, which Tab skips: the day list, the time, the category and the memo.
+    keys shift+Tab shift+Tab shift+Tab space Right Tab "$day" Tab ctrl+a
     type_text "9:00 AM"
     keys Tab
     type_text "$cat"
