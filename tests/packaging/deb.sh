@@ -84,7 +84,7 @@ cmp "$prog/orva-calendar" /usr/lib/orva-calendar/orva-calendar
 [ "$(stat -c %U "$prog/Data.ini")" = "$user" ] || fail "Data.ini is not $user's"
 
 # What the user has beside the shipped files stays; a shipped file changed is replaced.
-runuser -u "$user" -- sh -c 'mkdir "$1/Backups" && echo mine >"$1/Backups/mine.ini" &&
+runuser -u "$user" -- sh -c 'mkdir -p "$1/Backups" && echo mine >"$1/Backups/mine.ini" &&
     echo stale >>"$1/help.hlp"' sh "$prog"
 before=$(checksums Data.ini Backups/mine.ini)
 log "upgrading to $version+1"
