@@ -153,6 +153,14 @@ void UserControl1::createDayCells()
     }
 }
 
+// The cells outlive this object's own part of destruction: a focused cell that loses its
+// focus while QWidget deletes it must not call back into a control that is already gone.
+UserControl1::~UserControl1()
+{
+    for (DayLabel *cell : findChildren<DayLabel *>())
+        cell->disconnect(this);
+}
+
 void UserControl1::connectDayCell(DayLabel *cell, bool inJanuary, int index)
 {
     connect(cell, &DayLabel::clicked, this, [=, this] { dayClick(inJanuary, index); });

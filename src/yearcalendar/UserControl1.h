@@ -42,6 +42,7 @@ class UserControl1 : public QWidget
     Q_OBJECT
 public:
     explicit UserControl1(QWidget *parent = nullptr);
+    ~UserControl1() override;
 
     rt::Date Selected() const { return model_.selected(); }
     int displayedYear() const { return model_.displayedYear(); }
