@@ -6,6 +6,7 @@
 #include "runtime/DateText.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Numbers.h"
+#include "store/SaveFailure.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -469,6 +470,7 @@ void Dialog::OKButton_Click()
         else
             store::writeNewRecurring(store::readCount(store::kRecurringCountSection) + 1, event);
     }
+    store::afterChange();
     accept();
 }
 

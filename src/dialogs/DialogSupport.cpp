@@ -2,6 +2,7 @@
 
 #include "runtime/MsgBox.h"
 #include "store/DataStore.h"
+#include "store/SaveFailure.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -57,6 +58,7 @@ int addCategory(const QStringList &knownNames, int count)
     if (count == 0)
         store::writeNewCategory(count++, store::kMoreCategory);
     store::writeNewCategory(count, name);
+    store::afterChange();
     return count + 1;
 }
 

@@ -5,6 +5,7 @@
 #include "runtime/Colors.h"
 #include "runtime/Numbers.h"
 #include "store/DataStore.h"
+#include "store/SaveFailure.h"
 
 #include <QColorDialog>
 #include <QComboBox>
@@ -148,5 +149,6 @@ void frmCust::cmdpalette_Click()
 void frmCust::OKButton_Click()
 {
     store::writeCategoryColours(colours_);
+    store::afterChange();
     accept();
 }

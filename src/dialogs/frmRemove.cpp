@@ -5,6 +5,7 @@
 #include "runtime/ButtonRow.h"
 #include "runtime/DateText.h"
 #include "runtime/Numbers.h"
+#include "store/SaveFailure.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -135,6 +136,7 @@ void frmRemove::OKButton_Click()
             }
         }
     }
+    store::afterChange();
     accept();
 }
 

@@ -4,6 +4,7 @@
 #include "runtime/MsgBox.h"
 #include "security/Password.h"
 #include "store/DataStore.h"
+#include "store/SaveFailure.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -70,6 +71,7 @@ void frmPassword::create()
         rt::MsgBox(QStringLiteral("Password is not confirmed correctly!"), rt::vbCritical);
     } else {
         store::writePassword(txtpass_->text());
+        store::afterChange();
         close();
     }
 }
@@ -82,9 +84,11 @@ void frmPassword::change()
     } else if (txtpass1_->text().isEmpty()) {
         // Only Pass.ini, which nothing reads: the old password stays in force.
         store::writePassIniCount();
+        store::afterChange();
         close();
     } else {
         store::writePassword(txtpass1_->text());
+        store::afterChange();
         close();
     }
 }
