@@ -48,8 +48,8 @@ row() {
     printf '%-50s %13s %-2s  %-10s %s\n' "$1" "$2" "$3" "${4:+< $4 $3}" "$verdict"
 }
 
-row "load, cache cold (bench_load)" "$(figure bench_load 'load, cache cold\s+')" ms 100
-row "  parses the load costs" "$(figure bench_load 'load, cache cold.*\(')" "" 10
+row "load, cache cold (bench_load)" "$(figure bench_load 'load, cache cold\s+')" ms 20
+row "  parses the load costs" "$(figure bench_load 'load, cache cold.*\(')" "" 5
 row "load, cache warm" "$(figure bench_load 'load, cache warm\s+')" ms ""
 row "every key through ReadINI, cold (bench_profile)" \
     "$(figure bench_profile 'every key through ReadINI, cold cache:\s+')" ms ""

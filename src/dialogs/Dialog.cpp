@@ -7,6 +7,7 @@
 #include "runtime/DateText.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Numbers.h"
+#include "store/SaveFailure.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -503,6 +504,7 @@ void Dialog::OKButton_Click()
         else
             store::writeNewRecurring(store::readCount(store::kRecurringCountSection) + 1, event);
     }
+    store::afterChange();
     accept();
 }
 

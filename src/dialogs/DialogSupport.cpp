@@ -3,6 +3,7 @@
 #include "backup/Backups.h"
 #include "runtime/MsgBox.h"
 #include "store/DataStore.h"
+#include "store/SaveFailure.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -59,6 +60,7 @@ int addCategory(const QStringList &knownNames, int count)
     if (count == 0)
         store::writeNewCategory(count++, store::kMoreCategory, store::kMoreColour);
     store::writeNewCategory(count, name);
+    store::afterChange();
     return count + 1;
 }
 

@@ -6,6 +6,7 @@
 #include "runtime/Colors.h"
 #include "runtime/Numbers.h"
 #include "store/DataStore.h"
+#include "store/SaveFailure.h"
 
 #include <QColorDialog>
 #include <QComboBox>
@@ -151,5 +152,6 @@ void frmCust::OKButton_Click()
 {
     backup::beforeChange();
     store::writeCategoryColours(colours_);
+    store::afterChange();
     accept();
 }

@@ -6,6 +6,7 @@
 #include "runtime/ButtonRow.h"
 #include "runtime/DateText.h"
 #include "runtime/Numbers.h"
+#include "store/SaveFailure.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -137,6 +138,7 @@ void frmRemove::OKButton_Click()
             }
         }
     }
+    store::afterChange();
     accept();
 }
 

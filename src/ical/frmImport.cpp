@@ -3,6 +3,7 @@
 #include "backup/Backups.h"
 #include "dialogs/DialogSupport.h"
 #include "runtime/MsgBox.h"
+#include "store/SaveFailure.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -234,10 +235,9 @@ void frmImport::OKButton_Click()
     }
     backup::beforeChange();
     written_ = writeItems(items_, model_, cmbcat->currentText());
-    if (written_ < 0) {
-        rt::MsgBox(QStringLiteral("Data.ini could not be written: nothing was imported."),
-                   rt::vbCritical);
-        return;
-    }
-    accept();
+    // Names the file and the reason when it could not be written; the window stays open then,
+    // nothing imported.
+    store::afterChange();
+    if (written_ >= 0)
+        accept();
 }

@@ -7,6 +7,7 @@
 #include "recovery/Fault.h"
 #include "recovery/frmRecovery.h"
 #include "runtime/Clock.h"
+#include "store/SaveFailure.h"
 
 namespace recovery
 {
@@ -32,6 +33,7 @@ void offerAtStart(Form1 *form)
     case frmRecovery::Remove:
         backup::beforeChange();
         store::removeRecurring(store::readRecurringEvents(), record->number);
+        store::afterChange();
         break;
     case frmRecovery::Restore: {
         frmRestore restore(parent);

@@ -5,7 +5,7 @@
 namespace security
 {
 
-// Passwords are kept in the store's code page, Windows-1252, so they are compared in it:
+// Passwords are kept in the store's code page, so they are compared in it:
 // a character the code page cannot hold is '?' on both sides. Case counts.
 bool samePassword(const QString &typed, const QString &stored);
 

@@ -5,6 +5,7 @@
 #include "runtime/MsgBox.h"
 #include "security/Password.h"
 #include "store/DataStore.h"
+#include "store/SaveFailure.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -72,6 +73,7 @@ void frmPassword::create()
     } else {
         backup::beforeChange();
         store::writePassword(txtpass_->text());
+        store::afterChange();
         close();
     }
 }
@@ -84,10 +86,12 @@ void frmPassword::change()
     } else if (txtpass1_->text().isEmpty()) {
         // Only Pass.ini, which nothing reads: the old password stays in force.
         store::writePassIniCount();
+        store::afterChange();
         close();
     } else {
         backup::beforeChange();
         store::writePassword(txtpass1_->text());
+        store::afterChange();
         close();
     }
 }

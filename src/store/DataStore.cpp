@@ -1,6 +1,7 @@
 #include "store/DataStore.h"
 
 #include "runtime/Ansi.h"
+#include "runtime/CodePage.h"
 #include "runtime/DateText.h"
 #include "runtime/Numbers.h"
 #include "store/Files.h"
@@ -244,6 +245,8 @@ QString readPasswordCount()
     return ReadINI(files::dataIni(), kPasswordCountSection, kCountKey, QStringLiteral("0"));
 }
 
+// A character's code is its byte in the code page; a double-byte character's two bytes make
+// one signed 16-bit code, as the run-time's Asc gives it.
 QString readPassword()
 {
     const QString countText = readPasswordCount();
@@ -251,23 +254,41 @@ QString readPassword()
         return {};
     std::int32_t count = 0;
     rt::tryCLng(countText, count);
+    const bool doubleByte = rt::isDoubleByteCodePage(rt::ansiCodePage());
     QByteArray codes;
     for (int k = 1; k <= std::min(count, kMaxItems); ++k) {
         std::int32_t code = 0;
         // A key that is no character code adds nothing.
-        if (rt::tryCLng(read(kPasswordSection, QString::number(k)), code) && code >= 0 &&
-            code <= 255)
+        if (!rt::tryCLng(read(kPasswordSection, QString::number(k)), code))
+            continue;
+        if (code >= 0 && code <= 255) {
             codes.append(char(code));
+        } else if (doubleByte && code >= -32768 && code <= 65535) {
+            codes.append(char((code >> 8) & 0xFF));
+            codes.append(char(code & 0xFF));
+        }
     }
     return rt::fromAnsi(codes);
 }
 
 void writePassword(const QString &password)
 {
-    const QByteArray codes = rt::toAnsi(password);
+    const bool doubleByte = rt::isDoubleByteCodePage(rt::ansiCodePage());
+    QList<int> codes;
+    for (qsizetype i = 0; i < password.size();) {
+        const qsizetype size = password[i].isHighSurrogate() && i + 1 < password.size() ? 2 : 1;
+        const QByteArray bytes = rt::toAnsi(QStringView(password).sliced(i, size));
+        i += size;
+        if (doubleByte && bytes.size() == 2) {
+            codes << int(qint16((quint8(bytes[0]) << 8) | quint8(bytes[1])));
+            continue;
+        }
+        for (const char byte : bytes)
+            codes << int(quint8(byte));
+    }
     write(kPasswordCountSection, kCountKey, QString::number(codes.size()));
     for (qsizetype k = 0; k < codes.size(); ++k)
-        write(kPasswordSection, QString::number(k + 1), QString::number(quint8(codes[k])));
+        write(kPasswordSection, QString::number(k + 1), QString::number(codes[k]));
 }
 
 void writePassIniCount()

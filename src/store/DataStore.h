@@ -137,7 +137,7 @@ void writeNewCategory(int count, const QString &name, const QString &colour = QS
 void writeCategoryColours(const QList<std::int32_t> &colours); // element 0 unused
 
 // The password: its length under "pcount", one character code per key under "pass".
-// Characters the store's code page cannot hold are kept as '?'.
+// Characters go through the store's code page: one it cannot hold is kept as '?'.
 QString readPassword();      // "" when the count is "0" or missing
 QString readPasswordCount(); // the stored text, "0" when missing
 void writePassword(const QString &password);

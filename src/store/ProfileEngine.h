@@ -5,12 +5,10 @@
 
 // Our own profile engine: the Windows functions GetPrivateProfileStringA and
 // WritePrivateProfileStringA as a program calls them with a full path, a section and a key.
-// Files are Windows-1252 bytes, or UTF-16LE when they start with FF FE. A write edits the
-// file in place (every other byte stays as it was) and replaces it atomically.
-//
-// A parsed copy of each file is kept between calls. Where the system reports changes to
-// files (Linux), a read uses it without looking at the disk until a change is reported;
-// elsewhere it is checked against the file on disk with a stat at every call.
+// Files are bytes in the store's ANSI code page, or UTF-16LE when they start with FF FE; a
+// write that the code page cannot hold turns the file into UTF-16LE rather than lose text. A
+// write edits the file as it is on disk at that moment (every other byte stays as it was)
+// and replaces it atomically, under a lock that other writers of ours respect.
 namespace store
 {
 
@@ -21,9 +19,10 @@ int getPrivateProfileString(const QString &section, const QString &key, const QS
                             QString &result, int bufferSize, const QString &fileName);
 
 // Writes `value` to `key` of `section`, creating the file, the section and the key as
-// needed. Returns false when the file could not be written; the file is then unchanged.
+// needed. Returns false when the file could not be written, with errno's reason in `error`
+// where given; the file is then unchanged.
 bool writePrivateProfileString(const QString &section, const QString &key, const QString &value,
-                               const QString &fileName);
+                               const QString &fileName, int *error = nullptr);
 
 // Groups writes: while one is open, writes change only the parsed copies, which reads see;
 // commit() then replaces each changed file once, atomically. Closing without a successful
@@ -48,11 +47,6 @@ quint64 parseCount(); // how many times file contents have been parsed so far
 
 // Parses file contents the way the engine does and returns how many keys are reachable.
 qsizetype parseForBenchmark(const QByteArray &fileBytes);
-
-// Off, every call looks at the file on disk, as where the system reports no changes; tests
-// cover that way with it. On by default.
-void setChangeNotification(bool on);
-bool changeNotificationActive(); // whether changes are being reported now
 
 } // namespace profilecache
 } // namespace store

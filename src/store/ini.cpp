@@ -2,6 +2,7 @@
 
 #include "runtime/RuntimeError.h"
 #include "store/ProfileEngine.h"
+#include "store/SaveFailure.h"
 
 namespace
 {
@@ -16,6 +17,14 @@ void checkLength(const QString &value)
 {
     if (value.size() > kLongestValue)
         throw rt::RuntimeError::overflow();
+}
+
+void write(const QString &fileName, const QString &section, const QString &key,
+           const QString &value)
+{
+    int error = 0;
+    store::writePrivateProfileString(section, key, value, fileName, &error);
+    store::noteWrite(fileName, error);
 }
 
 } // namespace
@@ -36,12 +45,12 @@ void WriteINI(const QString &fileName, const QString &section, const QString &ke
         if (value[i] == u'\n' || value[i] == u'\r')
             value[i] = u' ';
     }
-    store::writePrivateProfileString(section, key, copy, fileName);
+    write(fileName, section, key, copy);
 }
 
 void WriteINI(const QString &fileName, const QString &section, const QString &key,
               const QString &value)
 {
     checkLength(value);
-    store::writePrivateProfileString(section, key, value, fileName);
+    write(fileName, section, key, value);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "runtime/Ansi.h"
 #include "runtime/Locale.h"
 #include "runtime/MsgBox.h"
 #include "runtime/ProgramFolder.h"
@@ -10,6 +11,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 #include <initializer_list>
 
 inline QByteArray readBytes(const QString &path)
@@ -18,11 +20,27 @@ inline QByteArray readBytes(const QString &path)
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
+// The store sees a change made by another program within a millisecond: the helpers that
+// change files as another program would wait that long.
+inline void waitUntilSeen()
+{
+    QThread::msleep(2);
+}
+
 inline void writeBytes(const QString &path, const QByteArray &bytes)
 {
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QCOMPARE(f.write(bytes), bytes.size());
+    {
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        QCOMPARE(f.write(bytes), bytes.size());
+    }
+    waitUntilSeen();
+}
+
+inline void removeFile(const QString &path)
+{
+    QFile::remove(path);
+    waitUntilSeen();
 }
 
 // Text with "\n" line ends as the CRLF bytes the store holds.
@@ -42,7 +60,8 @@ inline QString shownBoxes(const rt::MsgBoxRecorder &boxes)
     return lines.join('\n');
 }
 
-// A program folder of its own and the en_US locale, for tests that read and write Data.ini.
+// A program folder of its own, the en_US locale and its code page, for tests that read and
+// write Data.ini.
 class TestFolder
 {
 public:
@@ -50,6 +69,7 @@ public:
     {
         rt::setProgramFolderForTest(dir.path());
         rt::RtLocale::setForTest(QLocale("en_US"));
+        rt::setAnsiCodePageForTest(1252);
     }
     ~TestFolder() { rt::setProgramFolderForTest({}); }
 

@@ -58,7 +58,7 @@ private slots:
     void emptyAndDamagedStores()
     {
         QFETCH(QByteArray, bytes);
-        QFile::remove(files::dataIni());
+        removeFile(files::dataIni());
         if (!bytes.isEmpty())
             writeBytes(files::dataIni(), bytes);
         form_ = std::make_unique<Form1>();

@@ -1,5 +1,6 @@
 // A writer process adds events to a large store and is killed at random moments; the store on
-// disk must always be the complete file of before or after one of its writes.
+// disk must always be the complete file of before or after one of its writes, and a temporary
+// file left behind no more readable than the store.
 
 #include "Fixtures.h"
 #include "store/DataStore.h"
@@ -10,6 +11,7 @@
 #include <QThread>
 #include <csignal>
 #include <poll.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -111,6 +113,7 @@ private slots:
         int killedMidWrite = 0; // the write's temporary file was left behind
         for (int round = 0; round < kRounds; ++round) {
             writeBytes(path, initial);
+            QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
             int report = -1;
             const pid_t writer = startWriter(dir.path(), report);
             QVERIFY(writer > 0);
@@ -141,7 +144,12 @@ private slots:
                                               .arg(started)));
             const QStringList left = QDir(dir.path()).entryList(QDir::Files | QDir::Hidden);
             for (const QString &name : left) {
-                if (name != QLatin1String("Data.ini") && QFile::remove(dir.filePath(name)))
+                if (!name.startsWith(QLatin1String(".Data.ini.tmp-")))
+                    continue;
+                struct stat st = {};
+                QCOMPARE(::stat(QFile::encodeName(dir.filePath(name)).constData(), &st), 0);
+                QCOMPARE(st.st_mode & 077, 0u);
+                if (QFile::remove(dir.filePath(name)))
                     ++killedMidWrite;
             }
         }

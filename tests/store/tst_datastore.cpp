@@ -1,5 +1,10 @@
 #include "Fixtures.h"
+#include "store/AtomicFile.h"
 #include "store/DataStore.h"
+#include "store/SaveFailure.h"
+#include "store/ini.h"
+
+#include <cerrno>
 
 using namespace store;
 
@@ -10,7 +15,7 @@ class TestDataStore : public QObject
     TestFolder folder;
 
 private slots:
-    void init() { QFile::remove(files::dataIni()); }
+    void init() { removeFile(files::dataIni()); }
 
     void newEventWritesCountFirst()
     {
@@ -113,13 +118,69 @@ private slots:
         QCOMPARE(model.categoryColours, QStringList({"", "65280", "-1", "42"}));
     }
 
+    // One code a character, in the store's code page: a double-byte character's two bytes
+    // make one signed code.
+    void password_data()
+    {
+        QTest::addColumn<int>("codePage");
+        QTest::addColumn<QString>("password");
+        QTest::addColumn<QStringList>("codes");
+        QTest::addColumn<QString>("readBack");
+        QTest::newRow("1252") << 1252 << QString("Ab\u20ac\u4e2d")
+                              << QStringList{"65", "98", "128", "63"} << QString("Ab\u20ac?");
+        QTest::newRow("1251") << 1251 << QString("\u041f\u0430\u0440\u043e\u043b\u044c")
+                              << QStringList{"207", "224", "240", "238", "235", "252"}
+                              << QString("\u041f\u0430\u0440\u043e\u043b\u044c");
+        QTest::newRow("932") << 932 << QString("\u6b6fa") << QStringList{"-29035", "97"}
+                             << QString("\u6b6fa");
+    }
     void password()
     {
+        QFETCH(int, codePage);
+        QFETCH(QString, password);
+        QFETCH(QStringList, codes);
+        rt::setAnsiCodePageForTest(codePage);
         writePassword("Secret");
-        writePassword("Ab\u20ac\u4e2d");
-        QCOMPARE(TestFolder::data(),
-                 crlf("[pcount]\nc=4\n[pass]\n1=65\n2=98\n3=128\n4=63\n5=101\n6=116\n"));
-        QCOMPARE(readPassword(), QString("Ab\u20ac?"));
+        writePassword(password);
+        const QString back = readPassword();
+        rt::setAnsiCodePageForTest(1252);
+        QTEST(back, "readBack");
+        QCOMPARE(readCount(kPasswordCountSection), codes.size());
+        for (int k = 0; k < codes.size(); ++k)
+            QCOMPARE(ReadINI(files::dataIni(), kPasswordSection, QString::number(k + 1), ""),
+                     codes[k]);
+        // The longer password's last key stays.
+        QCOMPARE(ReadINI(files::dataIni(), kPasswordSection, "6", ""),
+                 codes.size() == 6 ? "252" : "116");
+    }
+
+    // A write that fails changes nothing on disk; the change's first failure is reported once.
+    void failedWriteIsReportedOnce()
+    {
+        TestFolder::setData("[count]\nc=1\n");
+        const QByteArray before = TestFolder::data();
+        rt::MsgBoxRecorder boxes;
+        atomicfile::setWriteErrorForTest(ENOSPC);
+        writeNewEvent(2, {"7/29/2004", "9:00 AM", "Dentist", "Health"});
+        atomicfile::setWriteErrorForTest(0);
+        QCOMPARE(TestFolder::data(), before);
+        afterChange();
+        afterChange();
+        QCOMPARE(shownBoxes(boxes), "ORVA could not save to " +
+                                        QDir::toNativeSeparators(files::dataIni()) +
+                                        ": the disk is full|48");
+
+        // Once a write succeeds again, an earlier failure is no longer news.
+        atomicfile::setWriteErrorForTest(EROFS);
+        writeNewEvent(2, {"7/29/2004", "9:00 AM", "Dentist", "Health"});
+        atomicfile::setWriteErrorForTest(0);
+        writeNewEvent(2, {"7/29/2004", "9:00 AM", "Dentist", "Health"});
+        afterChange();
+        QCOMPARE(boxes.calls.size(), 1);
+    }
+
+    void passIni()
+    {
         writePassIniCount();
         QCOMPARE(readBytes(files::passIni()), crlf("[count]\nc=0\n"));
     }
