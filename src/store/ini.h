@@ -11,7 +11,8 @@ QString ReadINI(const QString &fileName, const QString &section, const QString &
                 const QString &defaultValue);
 
 // Writes one key. The file receives the value as given, line breaks included; a caller
-// that passes a variable gets it back with every line break turned into a space.
+// that passes a variable gets it back with every line break turned into a space. A write that
+// fails tells the caller nothing; it is noted for the window's report (SaveFailure.h).
 void WriteINI(const QString &fileName, const QString &section, const QString &key, QString &value);
 void WriteINI(const QString &fileName, const QString &section, const QString &key,
               const QString &value);
