@@ -20,14 +20,13 @@ main=$(wait_window "ORVA's Calender")
 before=$(shot_when before 20 "the calendar" has_calendar)
 read -r x y < <(day_cell_centre "$before" 3 0 2)
 double_click "$x" "$y"
-dialog=$(wait_window "Add Event...")
-focus "$dialog"
-keys Tab Tab Tab Tab ctrl+a
-type_text "9:00 AM"
-keys Tab
-type_text "Health"
-keys Tab
+focus "$(wait_window "Add Event...")"
+# Focus starts on the memo; back over "Memo" to the category, over the recurrence to the time.
 type_text "Dentist"
+keys shift+Tab shift+Tab
+type_text "Health"
+keys shift+Tab shift+Tab ctrl+a
+type_text "9:00 AM"
 keys Return
 
 box=$(wait_window "ORVA Calendar")
