@@ -7,6 +7,8 @@
 #include "runtime/DateText.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Numbers.h"
+#include "store/Files.h"
+#include "store/ProfileEngine.h"
 #include "store/SaveFailure.h"
 
 #include <QComboBox>
@@ -482,6 +484,8 @@ void Dialog::OKButton_Click()
     if (!modiMode_ && !rmodiMode_ && (!inputIsValid(single ? cmbtime : cmbtime2) || !hasCategory()))
         return;
     backup::beforeChange();
+    // Another calendar writing the same store waits until the count read here is written.
+    const store::ChangeScope scope(store::files::dataIni());
     if (single) {
         const store::EventRecord event{rt::CStr(dialogs::pickerDate(DTPicker1)),
                                        timeToStore(cmbtime), memoToStore(), cmbcat->currentText()};

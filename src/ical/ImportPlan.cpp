@@ -3,6 +3,7 @@
 #include "mainwindow/EventLookup.h"
 #include "runtime/Ansi.h"
 #include "runtime/DateText.h"
+#include "store/Files.h"
 #include "store/ProfileEngine.h"
 
 #include <QDate>
@@ -130,6 +131,7 @@ QStringList problems(const QList<Item> &items, const store::Model &model)
 int writeItems(const QList<Item> &items, const store::Model &model, const QString &category)
 {
     const QStringList blocked = problems(items, model);
+    const store::ChangeScope scope(store::files::dataIni());
     store::WriteBatch batch;
     QStringList names = store::readStoredCategoryNames();
     int events = store::readCount(store::kCountSection);

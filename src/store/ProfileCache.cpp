@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <ctime>
+#include <limits>
 
 namespace store
 {
@@ -169,6 +170,13 @@ void ProfileCache::erase(const QString &path)
         last_ = nullptr;
     }
     entries_.erase(found); // `path` may be the key itself: not used from here on
+}
+
+void ProfileCache::expire(const QString &path)
+{
+    const auto found = entries_.find(path);
+    if (found != entries_.end())
+        found->second->checkedAt = std::numeric_limits<qint64>::min() / 2;
 }
 
 void ProfileCache::clear()

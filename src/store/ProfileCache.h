@@ -34,6 +34,8 @@ public:
 
     void erase(const QString &path);
     void clear();
+    // The next read of `path` looks at the disk, however fresh the copy.
+    void expire(const QString &path);
 
     // Cuts every timestamp seen to whole seconds, as FAT and ext2 keep them.
     static void setCoarseTimestampsForTest(bool on);

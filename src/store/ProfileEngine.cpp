@@ -47,12 +47,38 @@ void clearLeftoversOnce(const QByteArray &target)
     }
 }
 
+// flock() would make a second descriptor of this process wait for the first: one lock per
+// target serves every holder in the process, and is released with the last of them.
+std::map<QByteArray, std::pair<std::unique_ptr<atomicfile::ChangeLock>, int>> g_locks;
+
+class HeldLock
+{
+public:
+    explicit HeldLock(QByteArray target) : target_(std::move(target))
+    {
+        auto &[lock, holders] = g_locks[target_];
+        if (holders++ == 0)
+            lock = std::make_unique<atomicfile::ChangeLock>(target_);
+    }
+    ~HeldLock()
+    {
+        const auto found = g_locks.find(target_);
+        if (--found->second.second == 0)
+            g_locks.erase(found);
+    }
+    HeldLock(const HeldLock &) = delete;
+    HeldLock &operator=(const HeldLock &) = delete;
+
+private:
+    QByteArray target_;
+};
+
 // A file an open batch has written to: locked from its first write to the batch's end, so
 // that no other writer's change comes between its reading and its replace, and edited in
 // memory only.
 struct PendingFile {
     QByteArray target;
-    std::unique_ptr<atomicfile::ChangeLock> lock;
+    std::unique_ptr<HeldLock> lock;
     Document doc;
 };
 
@@ -67,7 +93,7 @@ PendingFile *pendingFile(const QString &fileName, int &error)
     PendingFile file;
     file.target = atomicfile::writeTarget(QFile::encodeName(fileName));
     clearLeftoversOnce(file.target);
-    file.lock = std::make_unique<atomicfile::ChangeLock>(file.target);
+    file.lock = std::make_unique<HeldLock>(file.target);
     QByteArray bytes;
     atomicfile::FileId id;
     if (atomicfile::readFile(file.target, bytes, id, error) == atomicfile::Presence::Unusable)
@@ -94,7 +120,7 @@ bool write(const QString &section, const QString &key, const QString &value,
         return writeInBatch(section, key, value, fileName, error);
     const QByteArray target = atomicfile::writeTarget(QFile::encodeName(fileName));
     clearLeftoversOnce(target);
-    const atomicfile::ChangeLock lock(target);
+    const HeldLock lock(target);
 
     // The file as it is now: another program may have changed it however little.
     QByteArray bytes;
@@ -163,6 +189,20 @@ bool writePrivateProfileString(const QString &section, const QString &key, const
         *error = ok ? 0 : failure;
     return ok;
 }
+
+struct ChangeScope::Held {
+    explicit Held(QByteArray target) : lock(std::move(target)) {}
+    HeldLock lock;
+};
+
+ChangeScope::ChangeScope(const QString &fileName)
+    : held_(std::make_unique<Held>(atomicfile::writeTarget(QFile::encodeName(fileName))))
+{
+    // The copy in hand may be older than the last change of whoever held the lock before.
+    ProfileCache::instance().expire(fileName);
+}
+
+ChangeScope::~ChangeScope() = default;
 
 WriteBatch::WriteBatch()
 {

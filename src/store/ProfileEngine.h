@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <memory>
 
 // Our own profile engine: the Windows functions GetPrivateProfileStringA and
 // WritePrivateProfileStringA as a program calls them with a full path, a section and a key.
@@ -23,6 +24,22 @@ int getPrivateProfileString(const QString &section, const QString &key, const QS
 // where given; the file is then unchanged.
 bool writePrivateProfileString(const QString &section, const QString &key, const QString &value,
                                const QString &fileName, int *error = nullptr);
+
+// Keeps other writers of ours out of `fileName` while it lives, so that a read and the writes
+// that depend on it (a count, and the event numbered by it) see no other change between them.
+// The reads in it see the file as it is on disk.
+class ChangeScope
+{
+public:
+    explicit ChangeScope(const QString &fileName);
+    ~ChangeScope();
+    ChangeScope(const ChangeScope &) = delete;
+    ChangeScope &operator=(const ChangeScope &) = delete;
+
+private:
+    struct Held;
+    std::unique_ptr<Held> held_;
+};
 
 // Groups writes: while one is open, writes change only the parsed copies, which reads see;
 // commit() then replaces each changed file once, atomically. Closing without a successful

@@ -1,10 +1,13 @@
 #include "Fixtures.h"
 #include "store/AtomicFile.h"
 #include "store/DataStore.h"
+#include "store/ProfileEngine.h"
 #include "store/SaveFailure.h"
 #include "store/ini.h"
 
 #include <cerrno>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace store;
 
@@ -177,6 +180,35 @@ private slots:
         writeNewEvent(2, {"7/29/2004", "9:00 AM", "Dentist", "Health"});
         afterChange();
         QCOMPARE(boxes.calls.size(), 1);
+    }
+
+    // Two calendars adding events to one store at once: each reads the count and writes the
+    // event it numbers with no change of the other's between, so no event takes another's place.
+    void twoWritersAddingEventsKeepThemAll()
+    {
+        pid_t writers[2];
+        for (int w = 0; w < 2; ++w) {
+            writers[w] = ::fork();
+            if (writers[w] == 0) {
+                for (int n = 1; n <= 100; ++n) {
+                    const ChangeScope scope(files::dataIni());
+                    writeNewEvent(readCount(kCountSection) + 1,
+                                  {"7/29/2004", "9:00 AM", QString("%1-%2").arg(w).arg(n), "W"});
+                }
+                ::_exit(0);
+            }
+            QVERIFY(writers[w] > 0);
+        }
+        for (const pid_t writer : writers) {
+            int status = 0;
+            QCOMPARE(::waitpid(writer, &status, 0), writer);
+            QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+        }
+        QSet<QString> memos;
+        for (int n = 1; n <= readCount(kCountSection); ++n)
+            memos.insert(ReadINI(files::dataIni(), eventSection(n), kMemoKey, ""));
+        QCOMPARE(readCount(kCountSection), 200);
+        QCOMPARE(memos.size(), 200);
     }
 
     void passIni()

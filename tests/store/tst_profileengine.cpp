@@ -370,17 +370,20 @@ private slots:
     }
 
     // A batch gives the bytes its writes one by one would, in one replace at its commit; a
-    // batch left without one leaves the file as it was, and so does a missing file.
+    // batch left without one, or whose commit meets a full disk, leaves the files as they were.
     void batchWritesAllOrNothing_data()
     {
         QTest::addColumn<bool>("committed");
-        QTest::newRow("committed") << true;
-        QTest::newRow("dropped") << false;
+        QTest::addColumn<int>("writeError");
+        QTest::newRow("committed") << true << 0;
+        QTest::newRow("dropped") << false << 0;
+        QTest::newRow("full disk") << true << ENOSPC;
     }
 
     void batchWritesAllOrNothing()
     {
         QFETCH(bool, committed);
+        QFETCH(int, writeError);
         const QString missing = dir_.filePath("New.ini");
         QFile::remove(missing);
         writeBytes(file_, "[S]\r\nk=1\r\n");
@@ -393,13 +396,16 @@ private slots:
             QCOMPARE(readKey(file_, "S", "k"), QString("2"));
             QCOMPARE(statOf(file_).st_ino, old.st_ino);
             QVERIFY(!QFileInfo::exists(missing));
+            store::atomicfile::setWriteErrorForTest(writeError);
             if (committed)
-                QVERIFY(batch.commit());
+                QCOMPARE(batch.commit(), writeError == 0);
+            store::atomicfile::setWriteErrorForTest(0);
         }
-        QCOMPARE(readBytes(file_), committed ? QByteArray("[S]\r\nk=2\r\n[T]\r\na\nb=3\r\n")
-                                             : QByteArray("[S]\r\nk=1\r\n"));
-        QCOMPARE(readKey(file_, "S", "k"), QString(committed ? "2" : "1"));
-        QCOMPARE(readBytes(missing), committed ? QByteArray("[S]\r\nj=4\r\n") : QByteArray());
+        const bool written = committed && writeError == 0;
+        QCOMPARE(readBytes(file_), written ? QByteArray("[S]\r\nk=2\r\n[T]\r\na\nb=3\r\n")
+                                           : QByteArray("[S]\r\nk=1\r\n"));
+        QCOMPARE(readKey(file_, "S", "k"), QString(written ? "2" : "1"));
+        QCOMPARE(readBytes(missing), written ? QByteArray("[S]\r\nj=4\r\n") : QByteArray());
         QFile::remove(missing);
     }
 
