@@ -485,7 +485,7 @@ void Dialog::OKButton_Click()
         return;
     backup::beforeChange();
     // Another calendar writing the same store waits until the count read here is written.
-    const store::ChangeScope scope(store::files::dataIni());
+    const store::ChangeScope scope(files::dataIni());
     if (single) {
         const store::EventRecord event{rt::CStr(dialogs::pickerDate(DTPicker1)),
                                        timeToStore(cmbtime), memoToStore(), cmbcat->currentText()};

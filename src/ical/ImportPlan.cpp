@@ -131,7 +131,7 @@ QStringList problems(const QList<Item> &items, const store::Model &model)
 int writeItems(const QList<Item> &items, const store::Model &model, const QString &category)
 {
     const QStringList blocked = problems(items, model);
-    const store::ChangeScope scope(store::files::dataIni());
+    const store::ChangeScope scope(files::dataIni());
     store::WriteBatch batch;
     QStringList names = store::readStoredCategoryNames();
     int events = store::readCount(store::kCountSection);
