@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# A save on a full disk: the program folder on a small file system that is filled up. Adding
-# an event leaves Data.ini as it was, and one message says what could not be saved.
+# A save on a full disk: the program folder on a small file system that fills up while the
+# calendar runs. Adding an event leaves Data.ini as it was, and one message says what could
+# not be saved.
 source "$(dirname "$0")/lib.sh"
 e2e_init "$@"
 
@@ -13,10 +14,13 @@ if ! mount -t tmpfs -o size=$(($(du -sk "$saved" | cut -f1) + 512))k tmpfs "$PRO
 fi
 trap 'status=$?; stop_program; umount -l "$PROG"; (exit $status); e2e_cleanup' EXIT
 cp -p "$saved"/* "$PROG/"
-dd if=/dev/zero of="$PROG/.filler" bs=4k >/dev/null 2>&1 || true
 
 start_program "2026-03-01 10:00:00"
 main=$(wait_window "ORVA's Calender")
+# The disk fills up after the start, whose backup copy of the store is then the newest: the
+# change below needs no new copy, so only the store's own write can fail.
+wait_until 20 "the start's backup copy" sh -c "ls '$PROG/Backups' | grep -q ."
+dd if=/dev/zero of="$PROG/.filler" bs=4k >/dev/null 2>&1 || true
 before=$(shot_when before 20 "the calendar" has_calendar)
 read -r x y < <(day_cell_centre "$before" 3 0 2)
 double_click "$x" "$y"
