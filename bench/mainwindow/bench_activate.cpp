@@ -21,15 +21,16 @@ int main(int argc, char **argv)
     Form1 form;
     form.Form_Load();
     std::vector<double> times;
-    for (int i = 0; i < 15; ++i) {
+    for (int i = 0; i < 20; ++i) {
         QElapsedTimer t;
         t.start();
         form.Form_Activate();
         times.push_back(t.nsecsElapsed() / 1e6);
     }
     std::sort(times.begin(), times.end());
-    std::printf("activation (loader + repaint), %d one-off events: median %.2f ms, best %.2f ms "
-                "(target < 50 ms)\n",
-                form.model().eventCount(), times[times.size() / 2], times.front());
+    std::printf("activation (loader + repaint), %d one-off events: median %.2f ms, 90th "
+                "percentile %.2f ms, best %.2f ms (target: 90th percentile < 50 ms)\n",
+                form.model().eventCount(), times[times.size() / 2], times[times.size() * 9 / 10],
+                times.front());
     return 0;
 }

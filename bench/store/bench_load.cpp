@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <malloc.h>
 #include <vector>
 
 namespace
@@ -53,23 +54,43 @@ int main(int argc, char **argv)
     QCoreApplication app(argc, argv);
     const BenchProgramFolder folder;
 
+    // As the program's first activation meets it: nothing parsed, no memory of ours yet.
+    Figure first{};
+    {
+        QElapsedTimer t;
+        const double cpu = cpuMs();
+        t.start();
+        store::loadModel();
+        first = {t.nsecsElapsed() / 1e6, cpuMs() - cpu};
+    }
+    // From here on freed memory stays with the process: every run below finds its pages in
+    // place, so a parse and a load are compared by their work, not by the page faults a
+    // larger allocation happens to meet.
+    ::mallopt(M_MMAP_THRESHOLD, 512 << 20);
+    ::mallopt(M_TRIM_THRESHOLD, 512 << 20);
+
     const Figure parse = medianMs(11, [] {
         QFile file(files::dataIni());
         file.open(QIODevice::ReadOnly);
         store::profilecache::parseForBenchmark(file.readAll());
     });
     int count = 0;
-    const Figure load = medianMs(11, [&count] {
+    quint64 parses = 0;
+    const Figure load = medianMs(11, [&count, &parses] {
         store::profilecache::clear();
+        const quint64 before = store::profilecache::parseCount();
         count = store::loadModel().eventCount();
+        parses = store::profilecache::parseCount() - before;
     });
     const Figure warm = medianMs(11, [] { store::loadModel(); });
     std::printf("store of %d one-off and 1000 recurring events\n", count);
     std::printf("one plain parse        %8.2f ms\n", parse.wall);
+    std::printf("load, first in process %8.2f ms  (target < 40 ms)\n", first.wall);
     std::printf("load, cache cold       %8.2f ms  (%.1f parses; target < 5 and < 20 ms)\n",
-                load.wall, load.wall / parse.wall);
+                load.wall, load.cpu / parse.cpu);
     std::printf("load, cache warm       %8.2f ms\n", warm.wall);
-    std::printf("processor time: parse %.2f ms, load cold %.2f ms (%.1f parses), warm %.2f ms\n",
-                parse.cpu, load.cpu, load.cpu / parse.cpu, warm.cpu);
+    std::printf("processor time: parse %.2f ms, first load %.2f ms, load cold %.2f ms, "
+                "warm %.2f ms; the file was parsed %llu time(s) in a cold load\n",
+                parse.cpu, first.cpu, load.cpu, warm.cpu, static_cast<unsigned long long>(parses));
     return 0;
 }

@@ -7,7 +7,9 @@
 #include "store/Files.h"
 #include "store/ini.h"
 
+#include <QHash>
 #include <algorithm>
+#include <optional>
 
 namespace store
 {
@@ -118,11 +120,20 @@ QList<Event> readEvents()
 {
     const int count = readCount(kCountSection);
     QList<Event> events(count + 1);
+    // Events share their dates and times many times over: each text is converted once.
+    QHash<QString, std::optional<rt::Date>> converted;
+    const auto convert = [&converted](const QString &text, rt::Date &field) {
+        auto found = converted.constFind(text);
+        if (found == converted.cend())
+            found = converted.insert(text, rt::parseDate(text));
+        if (*found)
+            field = **found;
+    };
     for (int n = 1; n <= count; ++n) {
         const QString section = eventSection(n);
         Event &e = events[n];
-        rt::tryCDate(read(section, kDateKey), e.date);
-        rt::tryCDate(read(section, kTimeKey), e.time);
+        convert(read(section, kDateKey), e.date);
+        convert(read(section, kTimeKey), e.time);
         e.memo = read(section, kMemoKey);
         e.cat = read(section, kCatKey);
     }

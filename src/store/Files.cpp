@@ -15,4 +15,16 @@ QString inProgramFolder(const char *name)
     return path;
 }
 
+QString dataIni()
+{
+    thread_local QString folder;
+    thread_local QString path;
+    const QString current = rt::programFolder();
+    if (path.isEmpty() || current != folder) {
+        folder = current;
+        path = inProgramFolder(kDataIni);
+    }
+    return path;
+}
+
 } // namespace files

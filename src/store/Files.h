@@ -19,10 +19,8 @@ inline constexpr char kHomepageHtml[] = "homepage.html";
 
 QString inProgramFolder(const char *name);
 
-inline QString dataIni()
-{
-    return inProgramFolder(kDataIni);
-}
+// Every read of the store names it: built once for each program folder.
+QString dataIni();
 inline QString passIni()
 {
     return inProgramFolder(kPassIni);

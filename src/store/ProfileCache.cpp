@@ -58,7 +58,9 @@ ProfileCache &ProfileCache::instance()
 
 ProfileCache::Entry *ProfileCache::find(const QString &path)
 {
-    if (path != lastPath_) {
+    // Callers mostly pass the very string they passed last time.
+    const bool same = path.constData() == lastPath_.constData() && path.size() == lastPath_.size();
+    if (!same && path != lastPath_) {
         lastPath_ = path;
         const auto found = entries_.find(path);
         last_ = found == entries_.end() ? nullptr : found->second.get();

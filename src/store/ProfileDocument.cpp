@@ -146,8 +146,15 @@ void indexLine(Document &doc, LineId line, qsizetype &current)
     }
 }
 
+void markChanged(Document &doc)
+{
+    static quint64 versions = 0;
+    doc.version = ++versions;
+}
+
 void load(Document &doc, QByteArray bytes)
 {
+    markChanged(doc);
     doc.raw = std::move(bytes);
     doc.pool.clear();
     doc.order.clear();

@@ -85,6 +85,7 @@ struct Document {
     std::vector<Section> sections;         // first occurrences only, in file order
     NameIndex sectionIndex;                // -> index into sections
     NameIndex keys;                        // -> first key line of each name in a section
+    quint64 version = 0; // new with every load and edit, in every document of the process
 
     QStringView content(LineId id) const
     {
@@ -121,6 +122,8 @@ private:
 
 // Parses file bytes: ANSI in the store's code page, or UTF-16LE after an FF FE mark.
 void load(Document &doc, QByteArray bytes);
+// Gives the document a version no other state of any document had.
+void markChanged(Document &doc);
 // The bytes of the document as it stands, in its encoding.
 QByteArray serialize(const Document &doc);
 // Files a line into the indexes, as parsing line by line from the top does. `current` is the

@@ -33,6 +33,7 @@ QString asStored(QStringView text, bool &lossless)
 
 Edit applyWrite(Document &doc, QStringView sectionArg, QStringView keyArg, QStringView valueArg)
 {
+    markChanged(doc);
     bool lossless = true;
     QString section = trimBlanks(untilNul(sectionArg)).toString();
     QString key = trimBlanks(untilNul(keyArg)).toString();

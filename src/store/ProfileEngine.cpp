@@ -37,6 +37,25 @@ QStringView argument(const QString &arg, bool exact, QString &changed)
     return text;
 }
 
+// The loader asks for several keys of one section in a row: the section found last is kept
+// for the state of the document it was found in.
+struct SectionMemo {
+    quint64 version = 0;
+    QString section;
+    qsizetype found = kNoSection;
+};
+
+qsizetype sectionOf(const Document &doc, const QString &section, bool exact)
+{
+    static SectionMemo memo;
+    if (memo.version == doc.version && memo.section == section)
+        return memo.found;
+    QString changed;
+    const qsizetype found = doc.findSection(trimBlanks(argument(section, exact, changed)));
+    memo = {doc.version, section, found};
+    return found;
+}
+
 // Temporary files a killed writer left are cleared the first time a folder is written to.
 void clearLeftoversOnce(const QByteArray &target)
 {
@@ -157,10 +176,8 @@ int getPrivateProfileString(const QString &section, const QString &key, const QS
                               : ProfileCache::instance().forReading(fileName);
     const bool exact = doc && doc->encoding == Encoding::Utf16Le;
     if (doc) {
-        QString changedSection;
         QString changedKey;
-        const qsizetype found =
-            doc->findSection(trimBlanks(argument(section, exact, changedSection)));
+        const qsizetype found = sectionOf(*doc, section, exact);
         if (found != kNoSection) {
             const QStringView name = trimBlanks(argument(key, exact, changedKey));
             QStringView stored;
