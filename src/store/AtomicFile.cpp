@@ -13,7 +13,8 @@ namespace store::atomicfile
 namespace
 {
 
-// How long a writer waits for another process's lock before it writes anyway.
+// How long a writer waits for another process's lock, while the file stays as it is, before it
+// writes anyway.
 constexpr qint64 kLockPatienceNs = 3'000'000'000;
 // How old a temporary file must be before it counts as left behind.
 constexpr time_t kStaleSeconds = 60;
@@ -88,6 +89,17 @@ FileId FileId::of(const struct stat &st)
     return {st.st_dev, st.st_ino, st.st_size, st.st_mtim, st.st_ctim};
 }
 
+namespace
+{
+
+FileId idOf(const QByteArray &path)
+{
+    struct stat st = {};
+    return ::stat(path.constData(), &st) == 0 ? FileId::of(st) : FileId{};
+}
+
+} // namespace
+
 bool FileId::operator==(const FileId &o) const
 {
     return dev == o.dev && ino == o.ino && size == o.size && mtime.tv_sec == o.mtime.tv_sec &&
@@ -144,9 +156,16 @@ ChangeLock::ChangeLock(const QByteArray &target)
         fd_ = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
     if (fd_ < 0)
         return;
-    const qint64 giveUp = monotonicNs() + kLockPatienceNs;
+    // A holder that keeps changing the file is working, not hung: the patience starts again.
+    FileId seen = idOf(target);
+    qint64 giveUp = monotonicNs() + kLockPatienceNs;
     while (::flock(fd_, LOCK_EX | LOCK_NB) != 0) {
-        if ((errno != EWOULDBLOCK && errno != EINTR) || monotonicNs() > giveUp) {
+        const int error = errno;
+        if (const FileId now = idOf(target); !(now == seen)) {
+            seen = now;
+            giveUp = monotonicNs() + kLockPatienceNs;
+        }
+        if ((error != EWOULDBLOCK && error != EINTR) || monotonicNs() > giveUp) {
             ::close(fd_);
             fd_ = -1;
             return;

@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -469,6 +470,19 @@ private slots:
     }
 
     // Two processes add 100 events each to one store at the same time.
+    // A holder that never lets go (a hung calendar) delays a write, but does not stop it.
+    void hungLockHolderDelaysTheWriteOnly()
+    {
+        writeBytes(file_, "[S]\r\nk=1\r\n");
+        const QByteArray lockPath = QFile::encodeName(dir_.filePath(".Data.ini.lock"));
+        const int held = ::open(lockPath.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        QVERIFY(held >= 0);
+        QCOMPARE(::flock(held, LOCK_EX), 0);
+        QVERIFY(store::writePrivateProfileString("S", "k", "2", file_));
+        ::close(held);
+        QCOMPARE(readBytes(file_), QByteArray("[S]\r\nk=2\r\n"));
+    }
+
     void twoWritersKeepEachOthersKeys()
     {
         QTemporaryDir dir(QDir("/dev/shm").exists() ? "/dev/shm/tst_profileengine-XXXXXX"
