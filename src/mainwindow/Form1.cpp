@@ -5,6 +5,7 @@
 #include "mainwindow/DayView.h"
 #include "mainwindow/LegendKeys.h"
 #include "mainwindow/LegendNames.h"
+#include "mainwindow/MainLayout.h"
 #include "mainwindow/OwnActivations.h"
 #include "mainwindow/Painters.h"
 #include "mainwindow/SpokenNames.h"
@@ -38,22 +39,19 @@
 namespace
 {
 
-// Design-time geometry, in twips.
+constexpr int kStartWidth = 12945; // twips
 constexpr int kStartHeight = 8145;
-constexpr int kCalHeight = 7455;
-constexpr int kFrameTop = 600;
-constexpr int kFrameHeight = 4335;
-constexpr int kLegendTop = 285; // rows start below the frame's caption
-constexpr int kRowHeight = 270;
-constexpr int kBoxHeight = 210;
-constexpr int kPictureTop = 5160;
-constexpr int kPictureHeight = 2160;
 
 const QString kLegendToolTip = QStringLiteral("Click to Customize appearance");
 
 int px(double twips)
 {
     return rt::twipsToPixels(twips);
+}
+
+QRect px(const QRectF &twips)
+{
+    return QRect(px(twips.left()), px(twips.top()), px(twips.width()), px(twips.height()));
 }
 
 class CalAdapter : public CalendarSurface
@@ -87,13 +85,14 @@ QString menuText(const QString &caption)
     return QString(caption).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
-QFont legendTitleFont()
+QFont legendTitleFont(double points)
 {
-    QFont font(QStringLiteral("Impact"), 12);
+    QFont font(QStringLiteral("Impact"));
     if (QFontInfo(font).family() != QLatin1String("Impact")) {
-        font = QFont(QStringLiteral("Liberation Sans"), 12, QFont::Bold);
+        font = QFont(QStringLiteral("Liberation Sans"), -1, QFont::Bold);
         font.setStretch(QFont::Condensed);
     }
+    font.setPointSizeF(points);
     return font;
 }
 
@@ -128,19 +127,17 @@ void Form1::createControls()
 
     frame1_ = new QGroupBox(QStringLiteral("Legend"), central);
     frame1_->setObjectName(QStringLiteral("Frame1"));
-    frame1_->setFont(legendTitleFont());
     auto *legendArea = new QWidget(frame1_);
     legendArea->setObjectName(QStringLiteral("legendArea"));
-    legendArea->move(0, px(kLegendTop));
     legendArea->installEventFilter(this);
 
     vScroll1_ = new QScrollBar(Qt::Vertical, central);
     vScroll1_->setObjectName(QStringLiteral("vScroll1"));
-    vScroll1_->setSingleStep(kRowHeight);
+    vScroll1_->setSingleStep(kLegendRowHeight);
     connect(vScroll1_, &QScrollBar::valueChanged, this, &Form1::vScroll1_Change);
     vScroll1_->setAccessibleName(QStringLiteral("Scroll the legend"));
     legendKeys_ = new LegendKeys(
-        vScroll1_, kRowHeight, [this](int i) { lblcat_Click(i); }, this);
+        vScroll1_, kLegendRowHeight, [this](int i) { lblcat_Click(i); }, this);
 
     picture1_ = new QLabel(central);
     picture1_->setObjectName(QStringLiteral("Picture1"));
@@ -160,11 +157,8 @@ void Form1::createControls()
     timer2_->setInterval(40);
     connect(timer2_, &QTimer::timeout, this, &Form1::Timer2_Timer);
 
-    cal_->setGeometry(0, 0, px(12945 * 0.834), px(kCalHeight));
-    frame1_->setGeometry(0, px(kFrameTop), 0, px(kFrameHeight));
-    vScroll1_->setGeometry(0, px(kFrameTop + kLegendTop), 0, px(kFrameHeight - kLegendTop - 60));
-    picture1_->setGeometry(0, px(kPictureTop), 0, px(kPictureHeight));
-    legendArea->resize(0, px(kFrameHeight - kLegendTop - 60));
+    layout_ = mainLayout(kStartWidth, 0);
+    placeControls();
 }
 
 QAction *Form1::addItem(QMenu *menu, const char *name, const QString &caption,
@@ -269,7 +263,7 @@ void Form1::Form_Load()
         const QScreen *screen = this->screen();
         const bool narrow = screen && rt::pixelsToTwips(screen->geometry().width()) == 12000;
         const QSize frame = frameGeometry().size() - geometry().size();
-        resize(px(narrow ? 11580 : 12945) - frame.width(), px(kStartHeight) - frame.height());
+        resize(px(narrow ? 11580 : kStartWidth) - frame.width(), px(kStartHeight) - frame.height());
     }
     Form_Activate();
     allevents_Click();
@@ -371,28 +365,28 @@ void Form1::loadLegend()
             shpcat_[it.key()]->hide();
         }
     }
-    const int rowsHeight = model_.categoryCount() * kRowHeight;
-    const int visible = int(rt::pixelsToTwips(area->height()));
+    // The scroll bar counts in rows of the design height, whatever the rows' height on screen.
+    const int rowsHeight = model_.categoryCount() * int(kLegendRowHeight);
+    const int visible = int(rt::pixelsToTwips(area->height()) / layout_.vertical);
     vScroll1_->setRange(0, std::max(0, rowsHeight - visible));
     vScroll1_->setPageStep(visible);
-    layOutLegend(int(rt::pixelsToTwips(frame1_->width())));
+    layOutLegend();
     vScroll1_Change();
 }
 
-void Form1::layOutLegend(int frameWidth)
+void Form1::layOutLegend()
 {
-    auto *area = frame1_->findChild<QWidget *>(QStringLiteral("legendArea"));
-    area->resize(frame1_->width(), area->height());
+    QFont font(QStringLiteral("Liberation Sans"));
+    font.setPointSizeF(std::max(1.0, layout_.labelFontPoints));
     for (auto it = lblcat_.begin(); it != lblcat_.end(); ++it) {
         QLabel *label = it.value();
-        const double width = frameWidth * 0.567;
-        QFont font(QStringLiteral("Liberation Sans"));
-        font.setPointSizeF(std::max(1.0, width * 0.00925925893996544));
         label->setFont(font);
-        label->setGeometry(px(frameWidth * 0.0315), label->y(), px(width), px(kRowHeight));
+        label->setGeometry(px(layout_.labelLeft), label->y(), px(layout_.labelWidth),
+                           px(layout_.rowHeight));
         showLegendName(label, model_.categoryNames.value(it.key()), kLegendToolTip);
         QFrame *box = shpcat_[it.key()];
-        box->setGeometry(px(frameWidth * 0.63), box->y(), px(frameWidth * 0.189), px(kBoxHeight));
+        box->setGeometry(px(layout_.boxLeft), box->y(), px(layout_.boxWidth),
+                         px(layout_.boxHeight));
     }
 }
 
@@ -409,13 +403,22 @@ void Form1::Form_Resize()
                  area.height() / 2 - frameGeometry().height() / 2);
         }
     }
-    const double w = rt::pixelsToTwips(frameGeometry().width());
-    cal_->setGeometry(0, cal_->y(), px(w * 0.834), cal_->height());
-    frame1_->setGeometry(px(w * 0.841), frame1_->y(), px(w * 0.147), frame1_->height());
-    vScroll1_->setGeometry(px(w * 0.964), vScroll1_->y(), px(w * 0.021), vScroll1_->height());
-    picture1_->setGeometry(px(w * 0.841), picture1_->y(), px(w * 0.143), picture1_->height());
+    layout_ = mainLayout(rt::pixelsToTwips(frameGeometry().width()),
+                         rt::pixelsToTwips(centralWidget()->height()));
+    placeControls();
+}
+
+void Form1::placeControls()
+{
+    cal_->setGeometry(px(layout_.cal));
+    frame1_->setGeometry(px(layout_.frame));
+    frame1_->setFont(legendTitleFont(layout_.titleFontPoints));
+    frame1_->findChild<QWidget *>(QStringLiteral("legendArea"))->setGeometry(px(layout_.rows));
+    vScroll1_->setGeometry(px(layout_.scroll));
+    picture1_->setGeometry(px(layout_.picture));
     vScroll1_->raise();
-    layOutLegend(int(w * 0.147));
+    layOutLegend();
+    vScroll1_Change();
 }
 
 ViewFilters Form1::filtersFromMenu() const
@@ -548,11 +551,13 @@ void Form1::mon_Click()
 
 void Form1::vScroll1_Change()
 {
+    const auto top = [this](int row) {
+        return ((row - 1) * kLegendRowHeight - vScroll1_->value()) * layout_.vertical;
+    };
     for (auto it = lblcat_.begin(); it != lblcat_.end(); ++it)
-        it.value()->move(it.value()->x(), px((it.key() - 1) * kRowHeight - vScroll1_->value()));
+        it.value()->move(it.value()->x(), px(top(it.key())));
     for (auto it = shpcat_.begin(); it != shpcat_.end(); ++it)
-        it.value()->move(it.value()->x(), px((it.key() - 1) * kRowHeight - vScroll1_->value()) +
-                                              px(kRowHeight - kBoxHeight) / 2);
+        it.value()->move(it.value()->x(), px(top(it.key()) + layout_.boxTop));
 }
 
 void Form1::exit_Click()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mainwindow/AlarmOutput.h"
+#include "mainwindow/MainLayout.h"
 #include "mainwindow/ReminderCheck.h"
 #include "mainwindow/ViewFilters.h"
 #include "reminders/MissedPass.h"
@@ -136,7 +137,8 @@ private:
                      const QKeySequence &shortcut = {});
     void loadCategoryItems();
     void loadLegend();
-    void layOutLegend(int frameWidthTwips);
+    void layOutLegend();
+    void placeControls();
     ViewFilters filtersFromMenu() const;
     void menuFromFilters(const ViewFilters &filters);
     template <typename Paint> void paint(Paint &&paint);
@@ -146,6 +148,7 @@ private:
     void missed_Found(const QList<reminders::MissedReminder> &found);
 
     store::Model model_;
+    MainLayout layout_{};
     rt::Date selectedDate_ = 0;
     bool hideWhenMinimised_ = true;
     AlarmOutput alarms_;

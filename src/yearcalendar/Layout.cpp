@@ -1,5 +1,7 @@
 #include "yearcalendar/Layout.h"
 
+#include <algorithm>
+
 namespace yearcal
 {
 namespace
@@ -70,7 +72,7 @@ HLine rowSeparator(int index)
     return {y[index], 83, 10755};
 }
 
-Ratios::Ratios(double startWidth)
+Ratios::Ratios(double startWidth) : startWidth_(startWidth)
 {
     for (int k = 0; k < 42; ++k)
         j1_[k] = dayCellBox(true, k).left / startWidth;
@@ -86,20 +88,27 @@ Ratios::Ratios(double startWidth)
     label12_ = yearBox().left / startWidth;
 }
 
-Placement Ratios::place(double width) const
+Placement Ratios::place(double width, double height) const
 {
     Placement p{};
+    p.vertical = height / kDesignHeight;
+    // What a width-bound font would be at the start width, grown with the height.
+    const double tallest = startWidth_ * p.vertical;
+    // Fonts of a fixed size grow only when the control has grown both ways, and shrink with a
+    // lower one.
+    const double grown = std::min(p.vertical, std::max(1.0, width / startWidth_));
     p.cellWidth = width * 0.02;
-    p.cellFontPoints = p.cellWidth * 0.0444444444444444;
+    p.cellFontPoints = std::min(p.cellWidth, tallest * 0.02) * 0.0444444444444444;
     for (int k = 0; k < 42; ++k)
         p.j1Left[k] = width * j1_[k];
     for (int i = 0; i < 462; ++i)
         p.f1Left[i] = width * f1_[i];
     p.monWidth = width * 0.22;
+    p.monFontPoints = kMonthFontPoints * grown;
     for (int m = 0; m < 12; ++m)
         p.monLeft[m] = width * mon_[m];
     p.wWidth = width * 0.03;
-    p.wFontPoints = p.wWidth * 0.030444445761536;
+    p.wFontPoints = std::min(p.wWidth, tallest * 0.03) * 0.030444445761536;
     for (int i = 0; i < 84; ++i)
         p.wLeft[i] = width * w_[i];
     for (int i = 0; i < 3; ++i)
@@ -107,6 +116,7 @@ Placement Ratios::place(double width) const
     p.cmdRightLeft = width * cmdRight_;
     p.label12Left = width * label12_;
     p.label12Width = width * 0.112;
+    p.yearFontPoints = kYearFontPoints * grown;
     // The left button has no share of its own: it mirrors the right one about the centre of
     // the year box.
     p.cmdLeftLeft = 2 * p.label12Left + p.label12Width - p.cmdRightLeft - rightButtonBox().width;

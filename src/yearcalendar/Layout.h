@@ -36,18 +36,23 @@ Box rightButtonBox();
 VLine monthSeparator(int index); // Line1(0..2), between the month columns
 HLine rowSeparator(int index);   // Line4 (0) and Line5 (1), between the month rows
 
-// Horizontal placement for one width of the control. Tops and heights keep their design
-// values.
+// Placement for one size of the control. Lefts and widths follow the width by fixed shares;
+// tops and heights are the design values times the height's own factor, so the grids fill a
+// taller control as well. A font grows with the width only as far as its box has grown in
+// height too, so no text outgrows its box.
 struct Placement {
     std::array<double, 42> j1Left;
     std::array<double, 462> f1Left;
     double cellWidth, cellFontPoints;
     std::array<double, 12> monLeft;
-    double monWidth;
+    double monWidth, monFontPoints;
     std::array<double, 84> wLeft;
     double wWidth, wFontPoints;
     std::array<double, 3> line1X;
-    double cmdRightLeft, cmdLeftLeft, label12Left, label12Width;
+    double cmdRightLeft, cmdLeftLeft, label12Left, label12Width, yearFontPoints;
+    double vertical; // height / design height
+
+    double y(double designTwips) const { return designTwips * vertical; }
 };
 
 // Each child's Left as a share of the control's width at start-up; every later width
@@ -56,7 +61,7 @@ class Ratios
 {
 public:
     explicit Ratios(double startWidth);
-    Placement place(double width) const;
+    Placement place(double width, double height) const;
 
 private:
     std::array<double, 42> j1_;
@@ -65,6 +70,7 @@ private:
     std::array<double, 84> w_;
     std::array<double, 3> line1_;
     double cmdRight_, label12_;
+    double startWidth_;
 };
 
 } // namespace yearcal

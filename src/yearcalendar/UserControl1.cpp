@@ -128,7 +128,7 @@ void UserControl1::createChildren()
     }
     const char *const rowLines[] = {"Line4", "Line5"};
     for (int i = 0; i < 2; ++i) {
-        QFrame *frame = line(this, QFrame::HLine);
+        QFrame *frame = rowLines_[i] = line(this, QFrame::HLine);
         frame->setObjectName(rowLines[i]);
         const HLine l = rowSeparator(i);
         frame->setGeometry(pixels(l.left, l.y, l.right - l.left, rt::twipsPerPixel()));
@@ -462,34 +462,40 @@ void UserControl1::resizeEvent(QResizeEvent *event)
     UserControl_Resize();
 }
 
-// Only horizontal places and widths follow the width; tops and heights stay as designed.
+// Lefts and widths follow the width; tops and heights follow the height.
 void UserControl1::UserControl_Resize()
 {
-    const Placement p = ratios_.place(rt::pixelsToTwips(width()));
+    const Placement p = ratios_.place(rt::pixelsToTwips(width()), rt::pixelsToTwips(height()));
+    const auto place = [&p](QWidget *child, double left, const Box &design, double width) {
+        child->setGeometry(pixels(left, p.y(design.top), width, p.y(design.height)));
+    };
     for (int cell = 0; cell < kCells; ++cell) {
         const bool january = cell < kJanuaryCells;
         const int index = january ? cell : cell - kJanuaryCells;
-        const Box design = dayCellBox(january, index);
-        const double left = january ? p.j1Left[index] : p.f1Left[index];
-        cells_[cell]->setGeometry(pixels(left, design.top, p.cellWidth, design.height));
+        place(cells_[cell], january ? p.j1Left[index] : p.f1Left[index], dayCellBox(january, index),
+              p.cellWidth);
         cells_[cell]->setFontPoints(p.cellFontPoints);
     }
+    const QFont monthFont = calendarFont(p.monFontPoints, true);
     for (int m = 0; m < 12; ++m) {
-        const Box design = monthBox(m);
-        mon_[m]->setGeometry(pixels(p.monLeft[m], design.top, p.monWidth, design.height));
+        place(mon_[m], p.monLeft[m], monthBox(m), p.monWidth);
+        mon_[m]->setFont(monthFont);
     }
     const QFont headerFont = calendarFont(p.wFontPoints, true);
     for (int i = 0; i < 84; ++i) {
-        const Box design = weekdayBox(i);
-        w_[i]->setGeometry(pixels(p.wLeft[i], design.top, p.wWidth, design.height));
+        place(w_[i], p.wLeft[i], weekdayBox(i), p.wWidth);
         w_[i]->setFont(headerFont);
     }
-    for (int i = 0; i < 3; ++i)
-        line1_[i]->move(rt::twipsToPixels(p.line1X[i]), line1_[i]->y());
-    const Box right = rightButtonBox();
-    cmdRight_->setGeometry(pixels(p.cmdRightLeft, right.top, right.width, right.height));
-    const Box year = yearBox();
-    label12_->setGeometry(pixels(p.label12Left, year.top, p.label12Width, year.height));
-    const Box left = leftButtonBox();
-    cmdLeft_->setGeometry(pixels(p.cmdLeftLeft, left.top, left.width, left.height));
+    for (int i = 0; i < 3; ++i) {
+        const VLine l = monthSeparator(i);
+        line1_[i]->setGeometry(
+            pixels(p.line1X[i], p.y(l.top), rt::twipsPerPixel(), p.y(l.bottom - l.top)));
+    }
+    // The row separators keep their design span across; only their height follows.
+    for (int i = 0; i < 2; ++i)
+        rowLines_[i]->move(rowLines_[i]->x(), rt::twipsToPixels(p.y(rowSeparator(i).y)));
+    place(cmdRight_, p.cmdRightLeft, rightButtonBox(), rightButtonBox().width);
+    place(label12_, p.label12Left, yearBox(), p.label12Width);
+    label12_->setFont(calendarFont(p.yearFontPoints, true));
+    place(cmdLeft_, p.cmdLeftLeft, leftButtonBox(), leftButtonBox().width);
 }

@@ -127,6 +127,7 @@ private:
     std::array<QLabel *, 84> w_{};
     std::array<yearcal::DayLabel *, yearcal::kCells> cells_{}; // j1 then f1, as in the grid
     std::array<QFrame *, 3> line1_{};
+    std::array<QFrame *, 2> rowLines_{}; // Line4, Line5
 
     yearcal::GridDay focusDay_;
     int tabStop_ = -1;      // the one cell Tab reaches: the focused day's

@@ -1,4 +1,5 @@
 #include "Fixtures.h"
+#include "TextFits.h"
 #include "mainwindow/Form1.h"
 #include "runtime/Clock.h"
 #include "yearcalendar/UserControl1.h"
@@ -161,6 +162,37 @@ private slots:
         form.setWindowState(Qt::WindowNoState);
         form.setWindowState(Qt::WindowMinimized);
         QVERIFY(!form.isVisible());
+    }
+
+    // Maximised on common screens, the calendar reaches the bottom of the window, the legend
+    // and the logo stay inside it, and no legend name loses its descenders.
+    void fillsTheScreen_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("start") << QSize(863, 543);
+        QTest::newRow("1366x768") << QSize(1366, 768);
+        QTest::newRow("1920x1080") << QSize(1920, 1080);
+        QTest::newRow("2560x1440") << QSize(2560, 1440);
+    }
+
+    void fillsTheScreen()
+    {
+        QFETCH(QSize, size);
+        TestFolder::setData("[Categories]\nc=3\n1=More\n2=Birthday\n3=Holiday\n");
+        form_ = std::make_unique<Form1>();
+        form_->Form_Load();
+        form_->show();
+        form_->resize(size);
+        const QWidget *client = form_->centralWidget();
+        const int bottom = client->height();
+        const QWidget *cal = form_->Cal();
+        QCOMPARE_GT(cal->y() + cal->childrenRect().bottom(), bottom * 0.9);
+        for (const char *name : {"Cal", "Frame1", "vScroll1", "Picture1"}) {
+            const QWidget *part = client->findChild<QWidget *>(name);
+            QCOMPARE_LE(part->y() + part->height(), bottom);
+        }
+        for (const char *name : {"lblcat_1", "lblcat_2", "lblcat_3"})
+            QVERIFY2(textFits(form_->findChild<QLabel *>(name)), name);
     }
 };
 

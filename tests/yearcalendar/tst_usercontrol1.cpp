@@ -1,3 +1,4 @@
+#include "TextFits.h"
 #include "runtime/Clock.h"
 #include "runtime/RuntimeError.h"
 #include "runtime/Twips.h"
@@ -282,6 +283,38 @@ private slots:
         QTEST(c.findChild<QWidget *>(name)->geometry(), "pixels");
         QCOMPARE(c.findChild<QLabel *>("f1_461")->font().pixelSize(), 18); // 8.9 pt
         QCOMPARE(c.findChild<QLabel *>("w_0")->font().pixelSize(), 18);    // 9.1 pt
+    }
+
+    // At any size the grids reach down to the control's bottom edge, and no text is cut.
+    void fillsAndFits_data()
+    {
+        QTest::addColumn<QSize>("size"); // at 10 twips to the pixel
+        QTest::newRow("as designed") << QSize(1084, 744);
+        QTest::newRow("lower") << QSize(1084, 500);
+        QTest::newRow("wider only") << QSize(2402, 744);
+        QTest::newRow("taller only") << QSize(1084, 1488);
+        QTest::newRow("1366x768 maximised") << QSize(1709, 1085);
+        QTest::newRow("1920x1080 maximised") << QSize(2402, 1557);
+        QTest::newRow("2560x1440 maximised") << QSize(3203, 2097);
+    }
+
+    void fillsAndFits()
+    {
+        QFETCH(QSize, size);
+        UserControl1 c;
+        c.show();
+        c.resize(size);
+        const QRect used = c.childrenRect();
+        QCOMPARE_LT(used.bottom(), size.height());
+        QCOMPARE_GT(used.bottom(), size.height() * 0.95);
+        QCOMPARE_LT(used.right(), size.width());
+        for (const QLabel *label : c.findChildren<QLabel *>()) {
+            if (label->isVisible() && !textFits(label))
+                QFAIL(qPrintable(label->objectName() + " cuts " + label->text()));
+        }
+        const auto *year = c.findChild<QLineEdit *>("Label12");
+        QCOMPARE_LE(year->fontMetrics().height(), year->contentsRect().height());
+        QCOMPARE_LE(year->fontMetrics().horizontalAdvance(year->text()), year->width());
     }
 };
 
