@@ -40,8 +40,6 @@ HelpWindow::HelpWindow(QWidget *parent) : QMainWindow(parent, Qt::Window)
     connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
 
     resize(720, 600);
-    auto *escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
-    connect(escape, &QShortcut::activated, this, &QWidget::close);
 }
 
 bool HelpWindow::showContents()

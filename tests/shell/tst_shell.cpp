@@ -9,6 +9,7 @@
 #include "store/Files.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFile>
 #include <QLabel>
 #include <QRegularExpression>
@@ -148,6 +149,11 @@ private slots:
         help.anchorClicked(QUrl("shop:3"));
         help.anchorClicked(QUrl("homepage:"));
         QCOMPARE(opened, (QList<QUrl>{QUrl(links::shopAddress("3")), QUrl(links::homepage())}));
+
+        QApplication::setActiveWindow(&help);
+        QVERIFY(QTest::qWaitForWindowActive(&help));
+        QTest::keyClick(help.browser(), Qt::Key_Escape);
+        QVERIFY(!help.isVisible());
     }
 
     void missingHelpIsReported()
