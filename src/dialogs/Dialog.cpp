@@ -404,10 +404,16 @@ void Dialog::cmdbrowse_Click()
     QFileDialog browse(this, QStringLiteral("Browse"), txtaction->text(),
                        QStringLiteral("All Files (*)"));
     browse.setFileMode(QFileDialog::ExistingFile);
-    // Room for the columns of the file list: names, sizes, kinds and dates whole.
+    // Sizes, kinds and dates are shown whole, however the locale writes them, and the name
+    // takes the rest of a list wide enough for long names.
     browse.resize(900, 520);
-    if (auto *list = browse.findChild<QTreeView *>(); list && list->header())
-        list->header()->resizeSection(0, 420);
+    if (auto *list = browse.findChild<QTreeView *>(); list && list->header()) {
+        QHeaderView *header = list->header();
+        header->setStretchLastSection(false);
+        header->setSectionResizeMode(0, QHeaderView::Stretch);
+        for (int column = 1; column < header->count(); ++column)
+            header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+    }
     const QString path =
         browse.exec() == QDialog::Accepted ? browse.selectedFiles().value(0) : QString();
     if (!path.isEmpty())

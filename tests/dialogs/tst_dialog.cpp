@@ -8,9 +8,15 @@
 #include <QColorDialog>
 #include <QComboBox>
 #include <QDateEdit>
+#include <QFileDialog>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QScopeGuard>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QTimer>
+#include <QTreeView>
 
 using namespace rt;
 
@@ -214,6 +220,50 @@ private slots:
     }
 
     // The memo box holds no more than a store value may.
+    // The file list of the Browse window shows sizes, kinds and dates whole.
+    void browseShowsColumnsWhole()
+    {
+        // Without the column widths a developer's own file dialogs left behind.
+        QStandardPaths::setTestModeEnabled(true);
+        const auto restore = qScopeGuard([] { QStandardPaths::setTestModeEnabled(false); });
+        QSettings(QSettings::UserScope, QStringLiteral("QtProject")).remove("FileDialog");
+        open(kCategories);
+        QTemporaryDir dir;
+        for (const char *name : {"A rather long name of a report.document", "notes.log"}) {
+            QFile file(dir.filePath(QLatin1String(name)));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(QByteArray(123456, 'x'));
+        }
+        c<QLineEdit>("txtaction")->setText(dir.path() + QStringLiteral("/"));
+
+        QList<int> widths, contents;
+        int length = 0, room = 0;
+        QTimer::singleShot(0, dialog, [&] {
+            auto *browse = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            auto *tree = browse->findChild<QTreeView *>();
+            QAbstractItemView *list = tree;
+            // The folder is read in the background.
+            for (int i = 0; i < 100 && list->model()->rowCount(list->rootIndex()) < 2; ++i)
+                QTest::qWait(50);
+            QApplication::processEvents();
+            const QHeaderView *header = tree->header();
+            for (int column = 0; column < header->count(); ++column) {
+                const QString title = list->model()->headerData(column, Qt::Horizontal).toString();
+                widths << header->sectionSize(column);
+                contents << std::max(list->sizeHintForColumn(column),
+                                     header->fontMetrics().horizontalAdvance(title));
+            }
+            length = header->length();
+            room = list->viewport()->width();
+            browse->reject();
+        });
+        dialog->cmdbrowse_Click();
+        QCOMPARE(widths.size(), 4);
+        for (int column = 0; column < widths.size(); ++column)
+            QCOMPARE_GE(widths[column], contents[column]);
+        QCOMPARE_LE(length, room);
+    }
+
     void longMemoIsCut()
     {
         open(kCategories);
