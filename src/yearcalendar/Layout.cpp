@@ -94,8 +94,8 @@ Placement Ratios::place(double width, double height) const
     p.vertical = height / kDesignHeight;
     // What a width-bound font would be at the start width, grown with the height.
     const double tallest = startWidth_ * p.vertical;
-    // Fonts of a fixed size grow only when the control has grown both ways, and shrink with a
-    // lower one.
+    // Fonts of a fixed size, and the buttons, grow only when the control has grown both ways,
+    // and shrink with a lower one.
     const double grown = std::min(p.vertical, std::max(1.0, width / startWidth_));
     p.cellWidth = width * 0.02;
     p.cellFontPoints = std::min(p.cellWidth, tallest * 0.02) * 0.0444444444444444;
@@ -117,9 +117,11 @@ Placement Ratios::place(double width, double height) const
     p.label12Left = width * label12_;
     p.label12Width = width * 0.112;
     p.yearFontPoints = kYearFontPoints * grown;
+    p.buttonWidth = rightButtonBox().width * std::max(1.0, grown);
+    p.buttonFontPoints = kButtonFontPoints * grown;
     // The left button has no share of its own: it mirrors the right one about the centre of
     // the year box.
-    p.cmdLeftLeft = 2 * p.label12Left + p.label12Width - p.cmdRightLeft - rightButtonBox().width;
+    p.cmdLeftLeft = 2 * p.label12Left + p.label12Width - p.cmdRightLeft - p.buttonWidth;
     return p;
 }
 

@@ -50,6 +50,7 @@ struct Placement {
     double wWidth, wFontPoints;
     std::array<double, 3> line1X;
     double cmdRightLeft, cmdLeftLeft, label12Left, label12Width, yearFontPoints;
+    double buttonWidth, buttonFontPoints;
     double vertical; // height / design height
 
     double y(double designTwips) const { return designTwips * vertical; }

@@ -494,8 +494,10 @@ void UserControl1::UserControl_Resize()
     // The row separators keep their design span across; only their height follows.
     for (int i = 0; i < 2; ++i)
         rowLines_[i]->move(rowLines_[i]->x(), rt::twipsToPixels(p.y(rowSeparator(i).y)));
-    place(cmdRight_, p.cmdRightLeft, rightButtonBox(), rightButtonBox().width);
+    place(cmdRight_, p.cmdRightLeft, rightButtonBox(), p.buttonWidth);
     place(label12_, p.label12Left, yearBox(), p.label12Width);
     label12_->setFont(calendarFont(p.yearFontPoints, true));
-    place(cmdLeft_, p.cmdLeftLeft, leftButtonBox(), leftButtonBox().width);
+    place(cmdLeft_, p.cmdLeftLeft, leftButtonBox(), p.buttonWidth);
+    for (QPushButton *button : {cmdLeft_, cmdRight_})
+        button->setFont(calendarFont(p.buttonFontPoints, true));
 }

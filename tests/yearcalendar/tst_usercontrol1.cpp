@@ -262,24 +262,31 @@ private slots:
     void resizeTo10000Twips_data()
     {
         QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("height");
         QTest::addColumn<QRect>("pixels"); // at 10 twips to the pixel
-        QTest::newRow("first January cell") << "j1_0" << QRect(8, 132, 20, 20);
-        QTest::newRow("last December cell") << "f1_461" << QRect(971, 708, 20, 20);
-        QTest::newRow("April") << "mon_3" << QRect(772, 60, 220, 29);
-        QTest::newRow("December's Sa") << "w_83" << QRect(961, 564, 30, 26);
-        QTest::newRow("year box") << "Label12" << QRect(444, 9, 112, 41);
-        QTest::newRow("cmdRight") << "cmdRight" << QRect(562, 9, 45, 41);
-        QTest::newRow("cmdLeft mirrors cmdRight") << "cmdLeft" << QRect(393, 9, 45, 41);
-        QTest::newRow("middle separator") << "Line1_1" << QRect(500, 60, 1, 668);
-        QTest::newRow("row separator stays") << "Line5" << QRect(8, 508, 1067, 1);
+        QTest::newRow("first January cell") << "j1_0" << 744 << QRect(8, 132, 20, 20);
+        QTest::newRow("last December cell") << "f1_461" << 744 << QRect(971, 708, 20, 20);
+        QTest::newRow("April") << "mon_3" << 744 << QRect(772, 60, 220, 29);
+        QTest::newRow("December's Sa") << "w_83" << 744 << QRect(961, 564, 30, 26);
+        QTest::newRow("year box") << "Label12" << 744 << QRect(444, 9, 112, 41);
+        QTest::newRow("cmdRight") << "cmdRight" << 744 << QRect(562, 9, 45, 41);
+        QTest::newRow("cmdLeft mirrors cmdRight") << "cmdLeft" << 744 << QRect(393, 9, 45, 41);
+        QTest::newRow("middle separator") << "Line1_1" << 744 << QRect(500, 60, 1, 668);
+        QTest::newRow("row separator stays") << "Line5" << 744 << QRect(8, 508, 1067, 1);
+        // Twice as high: tops and heights double, the rest stays.
+        QTest::newRow("taller last cell") << "f1_461" << 1488 << QRect(971, 1416, 20, 39);
+        QTest::newRow("taller cmdRight") << "cmdRight" << 1488 << QRect(562, 18, 45, 81);
+        QTest::newRow("taller separator") << "Line1_1" << 1488 << QRect(500, 120, 1, 1335);
+        QTest::newRow("taller row separator") << "Line5" << 1488 << QRect(8, 1015, 1067, 1);
     }
 
     void resizeTo10000Twips()
     {
         QFETCH(QString, name);
+        QFETCH(int, height);
         UserControl1 c;
         c.show();
-        c.resize(1000, c.height());
+        c.resize(1000, height);
         QTEST(c.findChild<QWidget *>(name)->geometry(), "pixels");
         QCOMPARE(c.findChild<QLabel *>("f1_461")->font().pixelSize(), 18); // 8.9 pt
         QCOMPARE(c.findChild<QLabel *>("w_0")->font().pixelSize(), 18);    // 9.1 pt
@@ -315,6 +322,17 @@ private slots:
         const auto *year = c.findChild<QLineEdit *>("Label12");
         QCOMPARE_LE(year->fontMetrics().height(), year->contentsRect().height());
         QCOMPARE_LE(year->fontMetrics().horizontalAdvance(year->text()), year->width());
+        // The buttons flank the year box without touching it, their signs whole.
+        const auto *forward = c.findChild<QPushButton *>("cmdLeft");
+        const auto *back = c.findChild<QPushButton *>("cmdRight");
+        const int before = year->x() - (forward->x() + forward->width());
+        const int after = back->x() - (year->x() + year->width());
+        QCOMPARE_GT(before, 0);
+        QCOMPARE_LE(qAbs(before - after), 1); // pixels rounded apart
+        for (const QPushButton *button : {forward, back}) {
+            QCOMPARE_LE(button->fontMetrics().height(), button->height());
+            QCOMPARE_LE(button->fontMetrics().horizontalAdvance(button->text()), button->width());
+        }
     }
 };
 
