@@ -4,9 +4,9 @@
 
 // Where the main window's parts go for one size of the window, in twips. Lefts and widths are
 // fixed shares of the window's outer width. Tops and heights are the design values times one
-// factor, the client area's height over the design height but never below 1, so that a
-// taller window is filled and the start size looks as designed. Fonts grow only as far as
-// their rows have grown in height, so that no text outgrows its row.
+// factor, the client area's height over the design height, so that the parts fill the window
+// from top to bottom; a window lower than the design keeps the design's heights. Fonts grow
+// only as far as their rows have grown in height, so that no text outgrows its row.
 
 constexpr double kLegendRowHeight = 270; // also the scroll bar's unit per row
 
