@@ -39,16 +39,7 @@ private slots:
         QCOMPARE_LT(qAbs(l.labelFontPoints - labelPoints), 0.001);
         QCOMPARE_LT(qAbs(l.titleFontPoints - titlePoints), 0.001);
 
-        // Across, the window's shares.
-        QCOMPARE(l.cal.width(), width * 0.834);
-        QCOMPARE(l.frame.left(), width * 0.841);
-        QCOMPARE(l.frame.width(), width * 0.147);
-        QCOMPARE(l.scroll.left(), width * 0.964);
-        QCOMPARE(l.picture.width(), width * 0.143);
-        QCOMPARE(l.labelWidth, l.frame.width() * 0.567);
-        QCOMPARE(l.boxLeft, l.frame.width() * 0.63);
-
-        // Down, a window taller than the design is filled, and nothing reaches below it.
+        // A window taller than the design is filled, and nothing reaches below it.
         const double bottom = std::max(clientHeight, 7440.0);
         QCOMPARE(l.cal.bottom(), bottom);
         for (const QRectF &part : {l.frame, l.scroll, l.picture})
