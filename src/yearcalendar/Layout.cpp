@@ -92,7 +92,7 @@ Placement Ratios::place(double width, double height) const
 {
     Placement p{};
     p.vertical = height / kDesignHeight;
-    // What a width-bound font would be at the start width, grown with the height.
+    // Fonts that follow the width follow it only up to the start width grown with the height.
     const double tallest = startWidth_ * p.vertical;
     // Fonts of a fixed size, and the buttons, grow only when the control has grown both ways,
     // and shrink with a lower one.
