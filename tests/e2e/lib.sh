@@ -354,12 +354,16 @@ has_calendar() { [ -n "$(colour_box "$1" '#0000FF' 0 0 1150 800)" ]; }
 
 # day_cell_centre SHOT MONTH WEEK WEEKDAY: the centre of a day cell (week and weekday counted
 # from 0, Sunday first), from the calendar's layout in twips, 15 to the pixel: month titles on
-# a 4 x 3 grid, the first week 720 twips below its title, cells 360 across and 240 down.
+# a 4 x 3 grid, the first week 720 twips below its title, cells 360 across and 240 down. The
+# calendar grows in height with the window: January's title, 285 twips as designed, gives the
+# factor.
 day_cell_centre() {
-    local jx jy left=(83 2843 5610 8370) top=(600 2880 5160) m=$(($2 - 1))
+    local jx jy th left=(83 2843 5610 8370) top=(600 2880 5160) m=$(($2 - 1))
     read -r jx jy < <(january_title "$1")
+    # A region whose corners lie off the title, so that the title is what is cut out.
+    th=$(colour_box "$1" '#0000FF' $((jx - 2)) $((jy - 2)) 40 30 | awk '{print $2}')
     echo $((jx + (${left[m % 4]} - 83 + 360 * $4) / 15 + 7)) \
-        $((jy + (${top[m / 4]} - 600 + 720 + 240 * $3) / 15 + 6))
+        $((jy + ((${top[m / 4]} - 600 + 720 + 240 * $3) / 15 + 6) * th / 19))
 }
 
 # start_service NAME SCRIPT: runs one of our python D-Bus services on the session bus; its
