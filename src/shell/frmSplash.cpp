@@ -1,7 +1,9 @@
 #include "shell/frmSplash.h"
 
+#include "logo3d/LogoFrames.h"
 #include "shell/AppIcon.h"
 #include "shell/frmtask.h"
+#include "store/Files.h"
 
 #include <QFontDatabase>
 #include <QLabel>
@@ -64,6 +66,10 @@ void frmSplash::Form_Load()
         move(screen->geometry().center() - rect().center());
     show();
     timer1_->start();
+    // OpenGL's set-up takes a good part of a second; the renderer does it in the two seconds
+    // the splash screen stands anyway.
+    logo_ = std::make_unique<LogoFrames>();
+    logo_->start(files::logoX());
 }
 
 void frmSplash::Timer1_Timer()
@@ -71,5 +77,5 @@ void frmSplash::Timer1_Timer()
     timer1_->stop();
     close();
     task_ = std::make_unique<frmtask>();
-    task_->Form_Load();
+    task_->Form_Load(std::move(logo_));
 }

@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <memory>
 
+class LogoFrames;
 class QLabel;
 class QTimer;
 class frmtask;
@@ -27,5 +28,6 @@ private:
     QLabel *Label1 = nullptr;
     QLabel *Image1 = nullptr;
     QTimer *timer1_ = nullptr;
+    std::unique_ptr<LogoFrames> logo_;
     std::unique_ptr<frmtask> task_;
 };
