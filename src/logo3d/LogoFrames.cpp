@@ -59,28 +59,32 @@ void LogoFrames::ask(QSize size)
         return;
     if (!process_)
         start(meshPath_);
-    asked_.push_back(size);
+    drawing_ = size;
     process_->write(QByteArray::number(size.width()) + ' ' + QByteArray::number(size.height()) +
                     '\n');
 }
 
 void LogoFrames::read()
 {
-    while (!asked_.empty()) {
-        const QSize size = asked_.front();
-        if (process_->bytesAvailable() < frameBytes(size))
+    while (!drawing_.isEmpty()) {
+        if (process_->bytesAvailable() < frameBytes(drawing_))
             return;
-        const QByteArray data = process_->read(frameBytes(size));
-        if (size == size_) {
-            frames_[read_] = compact(QImage(reinterpret_cast<const uchar *>(data.constData()),
-                                            size.width(), size.height(), QImage::Format_RGBX8888));
+        const QByteArray data = process_->read(frameBytes(drawing_));
+        if (drawing_ == size_) {
+            frames_[read_] =
+                compact(QImage(reinterpret_cast<const uchar *>(data.constData()), size_.width(),
+                               size_.height(), QImage::Format_RGBX8888));
         }
         if (++read_ < logo::kFramesPerTurn)
             continue;
-        asked_.pop_front();
         read_ = 0;
-        if (asked_.empty())
+        // Sizes passed over while a turn was drawn (a window being dragged larger) are never
+        // drawn: only the latest, whole.
+        drawing_ = {};
+        if (ready() == logo::kFramesPerTurn)
             letRendererGo();
+        else
+            ask(size_);
     }
 }
 
@@ -97,7 +101,7 @@ void LogoFrames::ended()
 {
     // No device, no mesh, or the renderer died: asking again would only fail again.
     failed_ = true;
-    asked_.clear();
+    drawing_ = {};
     read_ = 0;
     disconnect(process_, nullptr, this, nullptr);
     process_->deleteLater();
@@ -112,7 +116,8 @@ QPixmap LogoFrames::next(double angle, QSize pixels, qreal ratio)
         size_ = pixels;
         frames_.assign(logo::kFramesPerTurn, QImage());
         shown_ = -1;
-        ask(pixels);
+        if (drawing_.isEmpty())
+            ask(pixels);
     }
     const int frame = logo::frameOf(angle);
     if (frame == shown_ || frames_[frame].isNull())

@@ -5,7 +5,6 @@
 #include <QPixmap>
 #include <QSize>
 #include <QString>
-#include <deque>
 #include <vector>
 
 class QProcess;
@@ -53,8 +52,8 @@ private:
     QString renderer_;
     QString meshPath_;
     QProcess *process_ = nullptr;
-    std::deque<QSize> asked_; // turns asked for and not yet read whole, in order
-    int read_ = 0;            // frames of the first of them
+    QSize drawing_; // the turn the renderer is at, if any
+    int read_ = 0;  // frames of it read
     bool failed_ = false;
 
     QSize size_; // of the frames kept

@@ -11,6 +11,8 @@
 // is no device or no mesh.
 int main(int argc, char **argv)
 {
+    // A helper that is gone in a second has no place in the desktop's saved session.
+    qunsetenv("SESSION_MANAGER");
     QGuiApplication app(argc, argv);
     QFile in;
     QFile out;
