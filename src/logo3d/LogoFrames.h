@@ -34,7 +34,6 @@ public:
 
     // False once the renderer had no device or no mesh: there is no logo to show.
     bool usable() const { return !failed_; }
-    QSize size() const { return size_; }
     int ready() const;
     // What the kept frames take, in bytes.
     qsizetype bytes() const;

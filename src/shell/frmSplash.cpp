@@ -3,6 +3,7 @@
 #include "logo3d/LogoFrames.h"
 #include "shell/AppIcon.h"
 #include "shell/frmtask.h"
+#include "store/DataStore.h"
 #include "store/Files.h"
 
 #include <QFontDatabase>
@@ -66,10 +67,25 @@ void frmSplash::Form_Load()
         move(screen->geometry().center() - rect().center());
     show();
     timer1_->start();
-    // OpenGL's set-up takes a good part of a second; the renderer does it in the two seconds
-    // the splash screen stands anyway.
+}
+
+void frmSplash::paintEvent(QPaintEvent *event)
+{
+    QWidget::paintEvent(event);
+    if (!prepared_)
+        QTimer::singleShot(0, this, &frmSplash::prepare);
+    prepared_ = true;
+}
+
+void frmSplash::prepare()
+{
+    if (task_)
+        return;
+    // Once the picture is up, the splash screen only waits: OpenGL's set-up, a good part of a
+    // second, goes on in the renderer meanwhile, and Data.ini is parsed for the main window.
     logo_ = std::make_unique<LogoFrames>();
     logo_->start(files::logoX());
+    store::readPasswordCount();
 }
 
 void frmSplash::Timer1_Timer()

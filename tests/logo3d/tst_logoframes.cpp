@@ -82,23 +82,6 @@ private slots:
         QVERIFY2(std::abs(moved - 10 / kStep) <= 1.5, qPrintable(QString::number(moved)));
     }
 
-    void timerAngle_data()
-    {
-        QTest::addColumn<QTime>("time");
-        QTest::addColumn<float>("angle");
-
-        QTest::newRow("midnight") << QTime(0, 0) << 0.0f;
-        QTest::newRow("milliseconds count") << QTime(0, 0, 1, 250) << 1.25f;
-        QTest::newRow("noon") << QTime(12, 0) << 43200.0f;
-        // Single precision: near the day's end its steps are 1/128 s.
-        QTest::newRow("late") << QTime(23, 59, 59, 993) << 86399.9921875f;
-    }
-    void timerAngle()
-    {
-        QFETCH(QTime, time);
-        QTEST(logo::timerAngle(time), "angle");
-    }
-
     void compactKeepsThePicture_data()
     {
         QTest::addColumn<int>("colours");
