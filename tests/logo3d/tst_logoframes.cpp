@@ -35,7 +35,6 @@ private slots:
         QTest::addColumn<double>("angle");
         QTest::addColumn<int>("frame");
 
-        QTest::newRow("start of the turn") << 0.0 << 0;
         QTest::newRow("just short of half a step") << kStep * 0.499 << 0;
         QTest::newRow("just past half a step") << kStep * 0.501 << 1;
         QTest::newRow("half a step short of a turn wraps to the first")
@@ -44,7 +43,6 @@ private slots:
         QTest::newRow("a turn later is the same frame") << 2 * std::numbers::pi + 3 * kStep << 3;
         // Far into the day the angle is many turns: 13750 turns and 6.163 radians.
         QTest::newRow("shortly before midnight") << double(86399.96f) << 154;
-        QTest::newRow("noon") << 43200.0 << 77;
     }
     void frameOfAnAngle()
     {
@@ -62,7 +60,6 @@ private slots:
         QTest::addColumn<QTime>("from");
 
         QTest::newRow("just after midnight") << QTime(0, 0, 1);
-        QTest::newRow("morning") << QTime(9, 13, 27, 520);
         QTest::newRow("just before midnight") << QTime(23, 59, 49);
     }
     void oneRadianASecond()
@@ -87,7 +84,6 @@ private slots:
         QTest::addColumn<int>("colours");
         QTest::addColumn<QImage::Format>("format");
 
-        QTest::newRow("white alone") << 1 << QImage::Format_Indexed8;
         QTest::newRow("256 colours fit a byte") << 256 << QImage::Format_Indexed8;
         QTest::newRow("257 do not") << 257 << QImage::Format_RGB888;
     }
@@ -98,7 +94,7 @@ private slots:
         for (int y = 0; y < frame.height(); ++y) {
             for (int x = 0; x < frame.width(); ++x) {
                 const int c = (y * frame.width() + x) % colours;
-                frame.setPixel(x, y, colours == 1 ? 0xFFFFFFFF : qRgb(c % 256, c / 256, 90));
+                frame.setPixel(x, y, qRgb(c % 256, c / 256, 90));
             }
         }
         const QImage compact = LogoFrames::compact(frame);
