@@ -21,7 +21,7 @@ else()
     set(ORVA_INSTALL_DIR lib/orva-calendar)
 endif()
 
-install(TARGETS orva-calendar RUNTIME DESTINATION ${ORVA_INSTALL_DIR})
+install(TARGETS orva-calendar orva-logo RUNTIME DESTINATION ${ORVA_INSTALL_DIR})
 # Ours, replaced by every install.
 install(FILES ${PROJECT_SOURCE_DIR}/data/alarm.wav ${PROJECT_SOURCE_DIR}/data/help.hlp
               ${PROJECT_SOURCE_DIR}/data/homepage.html

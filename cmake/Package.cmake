@@ -34,6 +34,7 @@ install(CODE "
 
 # Debian's hardening: the global offset table is read-only once the program has started.
 target_link_options(orva-calendar PRIVATE -Wl,-z,relro,-z,now)
+target_link_options(orva-logo PRIVATE -Wl,-z,relro,-z,now)
 
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/com.example.OrvaCalendar.metainfo.xml
         DESTINATION share/metainfo)

@@ -338,6 +338,12 @@ bool cdirectx::RESET()
     return createBackBuffer();
 }
 
+void cdirectx::setBackBufferSize(QSize size)
+{
+    present_.BackBufferWidth = size.width();
+    present_.BackBufferHeight = size.height();
+}
+
 bool cdirectx::makeCurrent()
 {
     return context_ && context_->makeCurrent(surface_.get());

@@ -106,6 +106,8 @@ public:
     bool intialise(QLabel *target, bool windowed, bool hardware);
     // Rebuilds the back buffer from the kept present parameters.
     bool RESET();
+    // A back buffer of this size from the next scene on, in place of the target's.
+    void setBackBufferSize(QSize size);
 
     // The format of the first mode of that size that passes the format test, or 0.
     int CheckDisplayMode(int width, int height, int bits) const;
@@ -128,6 +130,8 @@ public:
 
     // For the mesh's buffers and textures, which live in the device's context.
     bool makeCurrent();
+    // The last scene, as EndScene read it back.
+    const QImage &frame() const { return frame_; }
 
     const D3DPRESENT_PARAMETERS &presentParameters() const { return present_; }
     int displayWidth() const { return dispWidth_; }

@@ -1,6 +1,7 @@
 #include "mainwindow/Form1.h"
 
-#include "logo3d/cMesh.h"
+#include "logo3d/LogoFrames.h"
+#include "logo3d/LogoTurn.h"
 #include "mainwindow/ActionLauncher.h"
 #include "mainwindow/DayView.h"
 #include "mainwindow/LegendKeys.h"
@@ -33,8 +34,6 @@
 #include <QScrollBar>
 #include <QTime>
 #include <QTimer>
-#include <cmath>
-#include <numbers>
 
 namespace
 {
@@ -268,15 +267,10 @@ void Form1::Form_Load()
     Form_Activate();
     allevents_Click();
     reminders_.clearFlags();
-    dx_ = std::make_unique<cdirectx>();
-    if (dx_->intialise(picture1_, true, true)) {
-        logo_ = std::make_unique<cMesh>();
-        if (!logo_->LoadMesh(files::logoX(), *dx_))
-            logo_.reset();
-    }
-    // Without a logo to turn, the device has nothing to do.
+    // The renderer may have been started already, while the splash screen showed.
     if (!logo_)
-        dx_.reset();
+        logo_ = std::make_unique<LogoFrames>();
+    logo_->start(files::logoX());
     emit remindersStarting();
     // Started together with Timer1, so that one wake-up serves both.
     timer2_->start();
@@ -621,56 +615,27 @@ void Form1::missed_Found(const QList<reminders::MissedReminder> &found)
     frmMissed_->add(found);
 }
 
-namespace
-{
-
-// Turns worked out in double: the timer's angle runs to tens of thousands of radians.
-QMatrix4x4 rotationX(double radians)
-{
-    const auto c = float(std::cos(radians));
-    const auto s = float(std::sin(radians));
-    return {1, 0, 0, 0, 0, c, -s, 0, 0, s, c, 0, 0, 0, 0, 1};
-}
-
-QMatrix4x4 rotationY(double radians)
-{
-    const auto c = float(std::cos(radians));
-    const auto s = float(std::sin(radians));
-    return {c, 0, s, 0, 0, 1, 0, 0, -s, 0, c, 0, 0, 0, 0, 1};
-}
-
-} // namespace
-
 void Form1::Timer2_Timer()
 {
     // Nothing is drawn while the window is away in the tray or minimised.
     if (!logo_ || !isVisible() || isMinimized())
         return;
-    // The system timer, seconds since midnight in single precision, is the angle in radians:
-    // one turn about every 6.28 seconds whatever the frame rate.
-    const float timer = float(QTime::currentTime().msecsSinceStartOfDay()) / 1000.0f;
-    // A quarter turn about x stands the logo up, then the timer's turn about y.
-    dx_->SetTransform(d3d::D3DTS_WORLD, rotationY(timer) * rotationX(std::numbers::pi / 2));
-    QMatrix4x4 view;
-    view.lookAt(QVector3D(0, 0, 350), QVector3D(0, 0, -1), QVector3D(0, 1, 0));
-    dx_->SetTransform(d3d::D3DTS_VIEW, view);
-    const QSize size = picture1_->contentsRect().size();
-    QMatrix4x4 projection;
-    projection.perspective(45, float(size.width()) / float(std::max(1, size.height())), 50, 500);
-    dx_->SetTransform(d3d::D3DTS_PROJECTION, projection);
-
-    if (!dx_->BeginScene())
-        return;
-    dx_->Clear(d3d::D3DCLEAR_TARGET | d3d::D3DCLEAR_ZBUFFER, 0xFFFFFF, 1.0f);
-    logo_->drawmesh();
-    dx_->EndScene();
-    dx_->Present();
+    const qreal ratio = picture1_->devicePixelRatioF();
+    const QPixmap frame = logo_->next(logo::timerAngle(QTime::currentTime()),
+                                      picture1_->contentsRect().size() * ratio, ratio);
+    if (!frame.isNull())
+        picture1_->setPixmap(frame);
 }
 
 void Form1::resetLogo()
 {
-    if (dx_)
-        dx_->RESET();
+    if (logo_)
+        logo_->showAgain();
+}
+
+void Form1::setLogo(std::unique_ptr<LogoFrames> logo)
+{
+    logo_ = std::move(logo);
 }
 
 void Form1::lblcat_Click(int index)

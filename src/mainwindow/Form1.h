@@ -23,8 +23,7 @@ class QScrollBar;
 class QTimer;
 class LegendKeys;
 class Painters;
-class cMesh;
-class cdirectx;
+class LogoFrames;
 class frmMissed;
 class frmPassword;
 class UserControl1;
@@ -85,6 +84,8 @@ public:
     // window back.
     void Timer2_Timer();
     void resetLogo();
+    // Frames whose renderer was started before the window, to use in place of its own.
+    void setLogo(std::unique_ptr<LogoFrames> logo);
 
     // The password rebuilt from the store, and the one typed at start-up.
     const QString &storedPassword() const { return storedPassword_; }
@@ -165,8 +166,7 @@ private:
     QLabel *picture1_ = nullptr;
     QTimer *timer1_ = nullptr;
     QTimer *timer2_ = nullptr;
-    std::unique_ptr<cdirectx> dx_;
-    std::unique_ptr<cMesh> logo_; // only when the device and the file both worked
+    std::unique_ptr<LogoFrames> logo_;
     QMap<int, QFrame *> shpcat_;
     QMap<int, QLabel *> lblcat_;
     LegendKeys *legendKeys_ = nullptr;

@@ -1,7 +1,10 @@
 #include "shell/frmSplash.h"
 
+#include "logo3d/LogoFrames.h"
 #include "shell/AppIcon.h"
 #include "shell/frmtask.h"
+#include "store/DataStore.h"
+#include "store/Files.h"
 
 #include <QFontDatabase>
 #include <QLabel>
@@ -66,10 +69,29 @@ void frmSplash::Form_Load()
     timer1_->start();
 }
 
+void frmSplash::paintEvent(QPaintEvent *event)
+{
+    QWidget::paintEvent(event);
+    if (!prepared_)
+        QTimer::singleShot(0, this, &frmSplash::prepare);
+    prepared_ = true;
+}
+
+void frmSplash::prepare()
+{
+    if (task_)
+        return;
+    // Once the picture is up, the splash screen only waits: OpenGL's set-up, a good part of a
+    // second, goes on in the renderer meanwhile, and Data.ini is parsed for the main window.
+    logo_ = std::make_unique<LogoFrames>();
+    logo_->start(files::logoX());
+    store::readPasswordCount();
+}
+
 void frmSplash::Timer1_Timer()
 {
     timer1_->stop();
     close();
     task_ = std::make_unique<frmtask>();
-    task_->Form_Load();
+    task_->Form_Load(std::move(logo_));
 }

@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <memory>
 
+class LogoFrames;
 class QLabel;
 class QTimer;
 class frmtask;
@@ -23,9 +24,16 @@ public:
     QTimer *Timer1() const { return timer1_; }
     frmtask *task() const { return task_.get(); }
 
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
 private:
+    void prepare();
+
     QLabel *Label1 = nullptr;
     QLabel *Image1 = nullptr;
     QTimer *timer1_ = nullptr;
+    bool prepared_ = false;
+    std::unique_ptr<LogoFrames> logo_;
     std::unique_ptr<frmtask> task_;
 };

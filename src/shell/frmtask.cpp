@@ -3,6 +3,7 @@
 #include "backup/Backups.h"
 #include "dialogs/frmalarm.h"
 #include "ical/IcalCommands.h"
+#include "logo3d/LogoFrames.h"
 #include "mainwindow/Form1.h"
 #include "recovery/CrashRecord.h"
 #include "recovery/Recovery.h"
@@ -37,7 +38,7 @@ frmtask::~frmtask()
     delete mpopupsys_;
 }
 
-void frmtask::Form_Load()
+void frmtask::Form_Load(std::unique_ptr<LogoFrames> logo)
 {
     icon_ = new QSystemTrayIcon(appIcon(), this);
     icon_->setObjectName(QStringLiteral("notifyIcon"));
@@ -61,6 +62,8 @@ void frmtask::Form_Load()
             [this](int count) { notifier_.notifyMissed(count); });
     recovery::recordErrors(form_->reminders(), form_->model());
     connect(form_, &Form1::remindersStarting, form_, [this] { recovery::offerAtStart(form_); });
+    if (logo)
+        form_->setLogo(std::move(logo));
     form_->Form_Load();
     form_->show();
     loaded_ = true;

@@ -6,8 +6,10 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QSystemTrayIcon>
+#include <memory>
 
 class Form1;
+class LogoFrames;
 class QMenu;
 
 // The program's icon in the notification area, with its "Systray" menu. It owns the main
@@ -20,7 +22,8 @@ public:
     explicit frmtask(QObject *parent = nullptr);
     ~frmtask() override;
 
-    void Form_Load();
+    // With `logo`, the main window turns the logo whose renderer is already set up.
+    void Form_Load(std::unique_ptr<LogoFrames> logo = {});
     void mwindow_Click();
     void exit_Click();
     void del_notif();

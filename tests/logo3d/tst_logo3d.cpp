@@ -1,13 +1,9 @@
 #include "Fixtures.h"
 #include "logo3d/cMesh.h"
 #include "logo3d/cdirectx.h"
-#include "mainwindow/Form1.h"
 #include "runtime/MsgBox.h"
 
-#include <QLabel>
-#include <QOpenGLContext>
 #include <QRegularExpression>
-#include <QTimer>
 #include <QVector3D>
 
 namespace
@@ -111,21 +107,6 @@ private slots:
         QVERIFY(boxes.calls.isEmpty());
         QCOMPARE(QSize(dx.displayWidth(), dx.displayHeight()), size);
         QTEST(dx.displayFormat(), "format");
-    }
-
-    void mainWindowWithoutOpenGL()
-    {
-        if (QOpenGLContext().create())
-            QSKIP("this platform has OpenGL");
-        TestFolder folder;
-        QVERIFY(folder.copyIn(ORVA_DATA_DIR, {"logo.x", "mdata.ini"}));
-        Form1 form;
-        form.Form_Load();
-        form.show();
-        QTest::qWait(150);
-        form.resetLogo();
-        QVERIFY(form.findChild<QTimer *>(QStringLiteral("Timer2"))->isActive());
-        QVERIFY(form.findChild<QLabel *>(QStringLiteral("Picture1"))->pixmap().isNull());
     }
 
     void scaleToSizeAndTranslateToPoint_data()
