@@ -111,11 +111,11 @@ private slots:
     void reloadResetsCategoryChecks()
     {
         Form1 &form = load();
-        form.v1_Click(2);
+        item("v1_2")->trigger();
         QVERIFY(!item("v1_2")->isChecked());
         form.Form_Activate();
         QVERIFY(item("v1_2")->isChecked());
-        form.None_Click();
+        item("None")->trigger();
         form.Form_Activate();
         QVERIFY(!item("v1_3")->isChecked());
     }
