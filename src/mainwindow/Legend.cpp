@@ -183,6 +183,9 @@ bool Legend::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonRelease:
         emit rowClicked(row->index);
         break;
+    case QEvent::Wheel:
+        QCoreApplication::sendEvent(scroll_, event);
+        return true;
     case QEvent::FocusIn:
         row->name->setFrameStyle(QFrame::Box | QFrame::Plain);
         moveFocusTo(row->index);

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QTimer>
 
 using rt::DateSerial;
@@ -75,6 +76,25 @@ private slots:
         QVERIFY(item("v1_2")->isChecked());
         QCOMPARE(form.findChild<QLabel *>("lblcat_1")->text(), QString("More"));
         QCOMPARE(form.findChild<QLabel *>("lblcat_3")->text(), QString("Home"));
+    }
+
+    // A count of a billion reads as the loader's limit of 100,000 categories: the legend
+    // and the View menu build what can be seen, and paint and click as ever.
+    void damagedCategoryCount()
+    {
+        TestFolder::setData("[Categories]\nc=1e9\n2=Work\n2c=200\n[count]\nc=1\n[1]\n"
+                            "Date=3/3/2026\nTime=9:00 AM\nMemo=Dentist\nCat=Work\n");
+        form_ = std::make_unique<Form1>();
+        form_->Form_Load();
+        QCOMPARE(form_->model().categoryCount(), 100000);
+        QVERIFY(form_->findChildren<QLabel *>(QRegularExpression("^lblcat_")).size() < 20);
+        QCOMPARE(form_->findChildren<QAction *>(QRegularExpression("^v1_")).size(), 1000);
+        QCOMPARE(colourOn(3, 3), 200u);
+        QStringList asked;
+        connect(form_.get(), &Form1::customizeRequested, this,
+                [&asked](const QString &name) { asked << name; });
+        QTest::mouseClick(form_->findChild<QLabel *>("lblcat_2"), Qt::LeftButton);
+        QCOMPARE(asked, QStringList{"Work"});
     }
 
     // What the calendar shows for each combination of the View menu.
