@@ -50,10 +50,10 @@ private slots:
             }
         };
         list(&view, list);
-        QCOMPARE(items,
-                 QStringList({"allevents|All Events|", "None|None|Ctrl+N", "|Recurrence|",
-                              "Daily|Daily|Ctrl+D", "weekly|Weekly|Ctrl+W", "mon|Monthly|Ctrl+M",
-                              "yearly|Yearly|Ctrl+Y", "v1_1|||hidden", "v1_2|Work|", "v1_3|R&&D|"}));
+        QCOMPARE(items, QStringList({"allevents|All Events|", "None|None|Ctrl+N", "|Recurrence|",
+                                     "Daily|Daily|Ctrl+D", "weekly|Weekly|Ctrl+W",
+                                     "mon|Monthly|Ctrl+M", "yearly|Yearly|Ctrl+Y", "v1_1|||hidden",
+                                     "v1_2|Work|", "v1_3|R&&D|"}));
         QCOMPARE(menu.categoryCaption(3), "R&D");
         QCOMPARE(menu.categoryCaption(1), "");
     }
@@ -90,40 +90,6 @@ private slots:
             QVERIFY(!menu.categoryShown(2) && menu.categoryShown(menu.lastCategory()));
         }
         QCOMPARE(repaints.size(), count >= 2 ? 3 : 2);
-    }
-
-    // A reload gives every item the hidden item's check, and fewer categories fewer items.
-    void reloadTakesTheHiddenCheck()
-    {
-        QMenu view;
-        ViewMenu menu(&view);
-        menu.load(names(5));
-        menu.allevents_Click();
-        menu.v1_Click(3);
-        menu.load(names(4));
-        QCOMPARE(categoryItems(view).size(), 4);
-        QVERIFY(menu.categoryShown(3));
-        menu.None_Click();
-        menu.load(names(6));
-        QVERIFY(!menu.categoryShown(6));
-        QCOMPARE(categoryItems(view).last()->text(), "Category 6");
-    }
-
-    // "Monthly" paints over what is shown when it is checked, and repaints when unchecked.
-    void monthlyPaintsOver()
-    {
-        QMenu view;
-        ViewMenu menu(&view);
-        QSignalSpy over(&menu, &ViewMenu::monthlyRequested);
-        QSignalSpy repaints(&menu, &ViewMenu::repaintRequested);
-        auto *mon = view.findChild<QAction *>("mon");
-        mon->trigger();
-        QCOMPARE(over.size(), 1);
-        QVERIFY(!mon->isChecked()); // the painter checks it
-        menu.showKind(ViewFilters::Kind::Monthly);
-        mon->trigger();
-        QCOMPARE(repaints.size(), 1);
-        QVERIFY(!menu.kindShown(ViewFilters::Kind::Monthly));
     }
 };
 
