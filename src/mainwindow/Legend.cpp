@@ -67,6 +67,8 @@ void Legend::setRowScale(double scale)
 {
     scale_ = scale;
     scroll_->setSingleStep(pitch());
+    for (Row &row : rows_)
+        layOut(row);
     updateRange();
     placeRows();
 }

@@ -79,24 +79,30 @@ private slots:
         QTest::addColumn<int>("count");
         QTest::addColumn<int>("scrollTo"); // -1 for the end
         QTest::addColumn<QString>("inView");
-        QTest::newRow("none") << 0 << 0 << "";
-        QTest::newRow("three") << 3 << 0 << "1-3";
-        QTest::newRow("a screenful and more, at the top") << 40 << 0 << "1-14";
-        QTest::newRow("100,000, at the top") << 100000 << 0 << "1-14";
-        QTest::newRow("100,000, half a row down") << 100000 << 135 << "2-15";
-        QTest::newRow("100,000, in the middle") << 100000 << 270 * 50000 << "50001-50014";
-        QTest::newRow("100,000, at the end") << 100000 << -1 << "99987-100000";
+        QTest::addColumn<double>("scale");
+        QTest::newRow("none") << 0 << 0 << "" << 1.0;
+        QTest::newRow("three") << 3 << 0 << "1-3" << 1.0;
+        QTest::newRow("a screenful and more, at the top") << 40 << 0 << "1-14" << 1.0;
+        QTest::newRow("100,000, at the top") << 100000 << 0 << "1-14" << 1.0;
+        QTest::newRow("100,000, half a row down") << 100000 << 135 << "2-15" << 1.0;
+        QTest::newRow("100,000, in the middle") << 100000 << 270 * 50000 << "50001-50014" << 1.0;
+        QTest::newRow("100,000, at the end") << 100000 << -1 << "99987-100000" << 1.0;
+        QTest::newRow("rows half as high again, at the end")
+            << 100000 << -1 << "99992-100000" << 1.5;
     }
     void onlyTheRowsInViewExist()
     {
         QFETCH(int, count);
         QFETCH(int, scrollTo);
+        QFETCH(double, scale);
         Window w(count);
+        w.legend->setRowScale(scale);
         w.bar->setValue(scrollTo < 0 ? w.bar->maximum() : scrollTo);
         QTEST(span(w.inView()), "inView");
         QVERIFY(w.labels().size() <= 16);
         if (count > 0) {
             const int last = w.inView().last();
+            QCOMPARE(w.row(last)->height(), rt::twipsToPixels(270 * scale));
             QCOMPARE(w.row(last)->text(), last == 1 ? "More" : QStringLiteral("c%1").arg(last));
         }
     }
