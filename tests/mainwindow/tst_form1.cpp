@@ -78,18 +78,35 @@ private slots:
         QCOMPARE(form.findChild<QLabel *>("lblcat_3")->text(), QString("Home"));
     }
 
-    // A count of a billion reads as the loader's limit of 100,000 categories: the legend
-    // and the View menu build what can be seen, and paint and click as ever.
+    // A count of a billion reads as the loader's limit of 100,000 categories. The legend
+    // and the View menu build what can be seen: menu items stop at 1,000, and the categories
+    // beyond share the hidden first item's check.
+    void damagedCategoryCount_data()
+    {
+        QTest::addColumn<QStringList>("clicks");
+        QTest::addColumn<rt::WinColor>("march3"); // Work, category 2
+        QTest::addColumn<rt::WinColor>("march4"); // Late, category 1001
+        QTest::newRow("start") << QStringList() << 200u << 300u;
+        QTest::newRow("none") << QStringList{"None"} << rt::kWhite << rt::kWhite;
+        QTest::newRow("none, then Work") << QStringList{"None", "v1_2"} << 200u << rt::kWhite;
+        QTest::newRow("none, then all") << QStringList{"None", "allevents"} << 200u << 300u;
+        QTest::newRow("Work off") << QStringList{"v1_2"} << rt::kWhite << 300u;
+    }
     void damagedCategoryCount()
     {
-        TestFolder::setData("[Categories]\nc=1e9\n2=Work\n2c=200\n[count]\nc=1\n[1]\n"
-                            "Date=3/3/2026\nTime=9:00 AM\nMemo=Dentist\nCat=Work\n");
+        QFETCH(QStringList, clicks);
+        TestFolder::setData("[Categories]\nc=1e9\n2=Work\n2c=200\n1001=Late\n1001c=300\n"
+                            "[count]\nc=2\n[1]\nDate=3/3/2026\nTime=9:00 AM\nMemo=a\nCat=Work\n"
+                            "[2]\nDate=3/4/2026\nTime=9:00 AM\nMemo=b\nCat=Late\n");
         form_ = std::make_unique<Form1>();
         form_->Form_Load();
         QCOMPARE(form_->model().categoryCount(), 100000);
         QVERIFY(form_->findChildren<QLabel *>(QRegularExpression("^lblcat_")).size() < 20);
         QCOMPARE(form_->findChildren<QAction *>(QRegularExpression("^v1_")).size(), 1000);
-        QCOMPARE(colourOn(3, 3), 200u);
+        for (const QString &name : clicks)
+            item(qPrintable(name))->trigger();
+        QTEST(colourOn(3, 3), "march3");
+        QTEST(colourOn(3, 4), "march4");
         QStringList asked;
         connect(form_.get(), &Form1::customizeRequested, this,
                 [&asked](const QString &name) { asked << name; });
