@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds and runs every benchmark and the logo's processor measurement, then prints one table
-# of the figures next to their targets. A report, not a test: the figures depend on the
-# machine and on what else it is doing, and a missed target does not fail the command.
+# Builds and runs every benchmark and the measurement of the whole program with 10,000 + 1,000
+# events (scripts/measure-program.sh), then prints one table of the figures next to their
+# targets. A report, not a test: the figures depend on the machine and on what else it is
+# doing, and a missed target does not fail the command.
 #
 #   bash scripts/bench-report.sh          (BUILD_DIR=build-xyz to pick another build)
 set -euo pipefail
@@ -12,7 +13,8 @@ benches=(store/bench_load store/bench_profile backup/bench_backup mainwindow/ben
          mainwindow/bench_tick mainwindow/bench_missed yearcalendar/bench_calendar ical/bench_import)
 
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVA_BUILD_BENCH=ON >/dev/null
-cmake --build "$build" -j"$(nproc)" --target orva-calendar "${benches[@]##*/}" >/dev/null
+cmake --build "$build" -j"$(nproc)" --target orva-calendar "${benches[@]##*/}" bench_idle \
+    >/dev/null
 
 out=$(mktemp -d)
 XDG_RUNTIME_DIR=$(mktemp -d)
@@ -23,8 +25,10 @@ for bench in "${benches[@]}"; do
     echo "running ${bench##*/} ..." >&2
     QT_QPA_PLATFORM=offscreen "$build/bench/$bench" >"$out/${bench##*/}.txt"
 done
-echo "running measure-logo-cpu.sh (25 s) ..." >&2
-BUILD_DIR="$build" bash scripts/measure-logo-cpu.sh >"$out/logo.txt"
+echo "running measure-program.sh 10000 1000 (about 4 minutes) ..." >&2
+BUILD_DIR="$build" bash scripts/measure-program.sh 10000 1000 >"$out/program.txt"
+echo "running bench_idle under Xvfb (30 s) ..." >&2
+xvfb-run -a "$build/bench/mainwindow/bench_idle" 30 >"$out/bench_idle.txt" 2>/dev/null
 
 # The first number after `pattern` in a benchmark's output.
 figure() {
@@ -73,8 +77,17 @@ row "calendar click and repaint, mean" \
 row "20,000 colour calls, mean" \
     "$(figure bench_calendar '10,000 GetDayBackcolor\s+\d+ runs\s+mean\s+')" ms 20
 row "iCalendar import of 1,000 events, median" "$(figure bench_import 'median ')" ms 2000
-row "logo turning, window shown (CPU)" "$(figure logo 'window shown, logo turning:\s*')" % 3
-row "logo, window hidden in the tray (CPU)" "$(figure logo 'window hidden in the tray:\s*')" % 0.3
+# The median of measure-program.sh's three runs.
+median() {
+    awk -v what="$1" 'index($0, what) == 1 { print $(NF - 1); found = 1 } END { if (!found) print "?" }' \
+        "$out/program.txt"
+}
+row "program: splash after launch, median" "$(median 'splash after launch')" ms 300
+row "program: main window after the splash, median" "$(median 'window after splash')" ms 200
+row "program: shown, logo turning (CPU), median" "$(median 'CPU shown')" % 1.5
+row "program: hidden in the tray (CPU), median" "$(median 'CPU hidden')" % 0.1
+row "program: RSS 10 s after start, median" "$(median 'RSS at 10 s')" MB 80
+row "a bare 40 ms Qt timer, hidden window (CPU)" "$(figure bench_idle 'hidden window:\s*')" % ""
 
 echo
 if [ "$missed" -eq 0 ]; then

@@ -74,6 +74,7 @@ int main(int argc, char **argv)
                 model.eventCount(), model.recurringCount(), times[times.size() / 2],
                 times[times.size() * 99 / 100]);
     std::printf("the tick in which the 3:30 PM events fire: %.4f ms\n", firingMs);
+    std::printf("ticks that walked the events: %lld of %d\n", check.fullChecks(), ticks + 1);
     std::printf("conversions on reload: %.2f ms; first tick after it: %.2f ms; alarms %d\n",
                 reloadMs, firstMs, out.shown);
     return 0;

@@ -4,17 +4,16 @@
 #include "logo3d/LogoTurn.h"
 #include "mainwindow/ActionLauncher.h"
 #include "mainwindow/DayView.h"
-#include "mainwindow/LegendKeys.h"
-#include "mainwindow/LegendNames.h"
+#include "mainwindow/Legend.h"
 #include "mainwindow/MainLayout.h"
+#include "mainwindow/MenuItems.h"
 #include "mainwindow/OwnActivations.h"
 #include "mainwindow/Painters.h"
 #include "mainwindow/SpokenNames.h"
+#include "mainwindow/ViewMenu.h"
 #include "reminders/frmMissed.h"
 #include "runtime/Clock.h"
-#include "runtime/Colors.h"
 #include "runtime/MsgBox.h"
-#include "runtime/Numbers.h"
 #include "runtime/RuntimeError.h"
 #include "runtime/Twips.h"
 #include "security/Password.h"
@@ -24,7 +23,6 @@
 #include "yearcalendar/UserControl1.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QCursor>
 #include <QFontInfo>
 #include <QGroupBox>
@@ -40,8 +38,6 @@ namespace
 
 constexpr int kStartWidth = 12945; // twips
 constexpr int kStartHeight = 8145;
-
-const QString kLegendToolTip = QStringLiteral("Click to Customize appearance");
 
 int px(double twips)
 {
@@ -69,20 +65,6 @@ public:
 private:
     UserControl1 &cal_;
 };
-
-// A check item whose handler does the toggling itself, as a direct call would.
-void onToggle(QAction *action, std::function<void()> handler)
-{
-    QObject::connect(action, &QAction::triggered, action, [action, handler] {
-        action->setChecked(!action->isChecked());
-        handler();
-    });
-}
-
-QString menuText(const QString &caption)
-{
-    return QString(caption).replace(QLatin1Char('&'), QLatin1String("&&"));
-}
 
 QFont legendTitleFont(double points)
 {
@@ -126,17 +108,11 @@ void Form1::createControls()
 
     frame1_ = new QGroupBox(QStringLiteral("Legend"), central);
     frame1_->setObjectName(QStringLiteral("Frame1"));
-    auto *legendArea = new QWidget(frame1_);
-    legendArea->setObjectName(QStringLiteral("legendArea"));
-    legendArea->installEventFilter(this);
-
     vScroll1_ = new QScrollBar(Qt::Vertical, central);
     vScroll1_->setObjectName(QStringLiteral("vScroll1"));
-    vScroll1_->setSingleStep(kLegendRowHeight);
-    connect(vScroll1_, &QScrollBar::valueChanged, this, &Form1::vScroll1_Change);
     vScroll1_->setAccessibleName(QStringLiteral("Scroll the legend"));
-    legendKeys_ = new LegendKeys(
-        vScroll1_, kLegendRowHeight, [this](int i) { lblcat_Click(i); }, this);
+    legend_ = new Legend(vScroll1_, frame1_);
+    connect(legend_, &Legend::rowClicked, this, &Form1::lblcat_Click);
 
     picture1_ = new QLabel(central);
     picture1_->setObjectName(QStringLiteral("Picture1"));
@@ -163,10 +139,7 @@ void Form1::createControls()
 QAction *Form1::addItem(QMenu *menu, const char *name, const QString &caption,
                         const QKeySequence &shortcut)
 {
-    QAction *action = menu->addAction(caption);
-    action->setObjectName(QLatin1String(name));
-    action->setShortcut(shortcut);
-    return action;
+    return addMenuItem(menu, QLatin1String(name), caption, shortcut);
 }
 
 void Form1::createMenus()
@@ -212,27 +185,10 @@ void Form1::createMenus()
     connect(addItem(options, "cust", QStringLiteral("Customize")), &QAction::triggered, this,
             [this] { emit customizeRequested(QString()); });
 
-    view_ = addMenu("view", QStringLiteral("&View"));
-    connect(addItem(view_, "allevents", QStringLiteral("All Events")), &QAction::triggered, this,
-            &Form1::allevents_Click);
-    connect(addItem(view_, "None", QStringLiteral("None"), QKeySequence(Qt::CTRL | Qt::Key_N)),
-            &QAction::triggered, this, &Form1::None_Click);
-    QMenu *rec = view_->addMenu(QStringLiteral("Recurrence"));
-    rec->setObjectName(QStringLiteral("rec"));
-    connect(addItem(rec, "Daily", QStringLiteral("Daily"), QKeySequence(Qt::CTRL | Qt::Key_D)),
-            &QAction::triggered, this, &Form1::dailyRequested);
-    weekly_ = addItem(rec, "weekly", QStringLiteral("Weekly"), QKeySequence(Qt::CTRL | Qt::Key_W));
-    mon_ = addItem(rec, "mon", QStringLiteral("Monthly"), QKeySequence(Qt::CTRL | Qt::Key_M));
-    yearly_ = addItem(rec, "yearly", QStringLiteral("Yearly"), QKeySequence(Qt::CTRL | Qt::Key_Y));
-    for (QAction *item : {weekly_, mon_, yearly_})
-        item->setCheckable(true);
-    onToggle(weekly_, [this] { weekly_Click(); });
-    onToggle(mon_, [this] { mon_Click(); });
-    onToggle(yearly_, [this] { yearly_Click(); });
-    QAction *v1Template = addItem(view_, "v1_1", QString());
-    v1Template->setCheckable(true);
-    v1Template->setVisible(false);
-    v1_.insert(1, v1Template);
+    viewMenu_ = new ViewMenu(addMenu("view", QStringLiteral("&View")));
+    connect(viewMenu_, &ViewMenu::repaintRequested, this, &Form1::repaint);
+    connect(viewMenu_, &ViewMenu::monthlyRequested, this, &Form1::paintMonthly);
+    connect(viewMenu_, &ViewMenu::dailyRequested, this, &Form1::dailyRequested);
 
     QMenu *help = addMenu("help", QStringLiteral("&Help"));
     connect(addItem(help, "contents", QStringLiteral("Contents"), QKeySequence(Qt::Key_F1)),
@@ -265,7 +221,7 @@ void Form1::Form_Load()
         resize(px(narrow ? 11580 : kStartWidth) - frame.width(), px(kStartHeight) - frame.height());
     }
     Form_Activate();
-    allevents_Click();
+    viewMenu_->allevents_Click();
     reminders_.clearFlags();
     // The renderer may have been started already, while the splash screen showed.
     if (!logo_)
@@ -298,90 +254,9 @@ void Form1::Form_Activate()
 {
     model_ = store::loadModel();
     reminders_.setModel(model_);
-    loadCategoryItems();
-    loadLegend();
+    viewMenu_->load(model_.categoryNames);
+    legend_->setCategories(model_.categoryNames, model_.categoryColours);
     repaint();
-}
-
-void Form1::loadCategoryItems()
-{
-    for (auto it = v1_.begin(); it != v1_.end();) {
-        if (it.key() > 1) {
-            delete it.value();
-            it = v1_.erase(it);
-        } else {
-            ++it;
-        }
-    }
-    const bool checked = v1_.value(1)->isChecked();
-    for (int i = 2; i <= model_.categoryCount(); ++i) {
-        const QString name = model_.categoryNames[i];
-        QAction *item = addItem(view_, qPrintable(QStringLiteral("v1_%1").arg(i)), menuText(name));
-        item->setData(name);
-        item->setCheckable(true);
-        item->setChecked(checked);
-        onToggle(item, [this, i] { v1_Click(i); });
-        v1_.insert(i, item);
-    }
-}
-
-void Form1::loadLegend()
-{
-    auto *area = frame1_->findChild<QWidget *>(QStringLiteral("legendArea"));
-    for (int i = 1; i <= model_.categoryCount(); ++i) {
-        QLabel *&label = lblcat_[i];
-        QFrame *&box = shpcat_[i];
-        if (!label) {
-            label = new QLabel(area);
-            label->setObjectName(QStringLiteral("lblcat_%1").arg(i));
-            label->setToolTip(kLegendToolTip);
-            label->setProperty("index", i);
-            label->installEventFilter(this);
-            legendKeys_->attach(label);
-            box = new QFrame(area);
-            box->setObjectName(QStringLiteral("shpcat_%1").arg(i));
-            box->setFrameStyle(QFrame::Box | QFrame::Plain);
-            box->setAutoFillBackground(true);
-        }
-        std::int32_t colour = 0;
-        rt::tryCLng(model_.categoryColours.value(i), colour);
-        QPalette palette = box->palette();
-        palette.setColor(QPalette::Window, rt::toQColor(rt::WinColor(colour)));
-        box->setPalette(palette);
-        label->setAccessibleName(
-            spoken::legendRowName(model_.categoryNames[i], rt::WinColor(colour)));
-        label->show();
-        box->show();
-    }
-    for (auto it = lblcat_.begin(); it != lblcat_.end(); ++it) {
-        if (it.key() > model_.categoryCount()) {
-            it.value()->hide();
-            shpcat_[it.key()]->hide();
-        }
-    }
-    // The scroll bar counts in rows of the design height, whatever the rows' height on screen.
-    const int rowsHeight = model_.categoryCount() * int(kLegendRowHeight);
-    const int visible = int(rt::pixelsToTwips(area->height()) / layout_.vertical);
-    vScroll1_->setRange(0, std::max(0, rowsHeight - visible));
-    vScroll1_->setPageStep(visible);
-    layOutLegend();
-    vScroll1_Change();
-}
-
-void Form1::layOutLegend()
-{
-    QFont font(QStringLiteral("Liberation Sans"));
-    font.setPointSizeF(std::max(1.0, layout_.labelFontPoints));
-    for (auto it = lblcat_.begin(); it != lblcat_.end(); ++it) {
-        QLabel *label = it.value();
-        label->setFont(font);
-        label->setGeometry(px(layout_.labelLeft), label->y(), px(layout_.labelWidth),
-                           px(layout_.rowHeight));
-        showLegendName(label, model_.categoryNames.value(it.key()), kLegendToolTip);
-        QFrame *box = shpcat_[it.key()];
-        box->setGeometry(px(layout_.boxLeft), box->y(), px(layout_.boxWidth),
-                         px(layout_.boxHeight));
-    }
 }
 
 void Form1::Form_Resize()
@@ -407,42 +282,19 @@ void Form1::placeControls()
     cal_->setGeometry(px(layout_.cal));
     frame1_->setGeometry(px(layout_.frame));
     frame1_->setFont(legendTitleFont(layout_.titleFontPoints));
-    frame1_->findChild<QWidget *>(QStringLiteral("legendArea"))->setGeometry(px(layout_.rows));
     vScroll1_->setGeometry(px(layout_.scroll));
     picture1_->setGeometry(px(layout_.picture));
     vScroll1_->raise();
-    layOutLegend();
-    vScroll1_Change();
-}
-
-ViewFilters Form1::filtersFromMenu() const
-{
-    ViewFilters filters;
-    filters.v1.resize(v1_.isEmpty() ? 0 : v1_.lastKey() + 1);
-    for (auto it = v1_.begin(); it != v1_.end(); ++it)
-        filters.v1[it.key()] = {it.value()->data().toString(), it.value()->isChecked()};
-    filters.weekly = weekly_->isChecked();
-    filters.mon = mon_->isChecked();
-    filters.yearly = yearly_->isChecked();
-    return filters;
-}
-
-void Form1::menuFromFilters(const ViewFilters &filters)
-{
-    for (auto it = v1_.begin(); it != v1_.end(); ++it)
-        it.value()->setChecked(filters.v1[it.key()].checked);
-    weekly_->setChecked(filters.weekly);
-    mon_->setChecked(filters.mon);
-    yearly_->setChecked(filters.yearly);
+    legend_->setGeometry(px(layout_.rows));
+    legend_->setColumns(int(layout_.frame.width()), layout_.labelFontPoints);
+    legend_->setRowScale(layout_.vertical);
 }
 
 template <typename Paint> void Form1::paint(Paint &&paint)
 {
-    ViewFilters filters = filtersFromMenu();
     CalAdapter calendar(*cal_);
-    Painters painters(calendar, model_, filters);
+    Painters painters(calendar, model_, *viewMenu_);
     paint(painters);
-    menuFromFilters(filters);
 }
 
 void Form1::repaint()
@@ -493,65 +345,14 @@ void Form1::addevent_Click()
     emit addEventRequested();
 }
 
-void Form1::allevents_Click()
+// Monthly days go over what is shown, and yearly days back on top of them.
+void Form1::paintMonthly()
 {
-    for (QAction *item : v1_)
-        item->setChecked(true);
-    repaint();
-}
-
-void Form1::None_Click()
-{
-    for (QAction *item : v1_)
-        item->setChecked(false);
-    for (QAction *item : {weekly_, mon_, yearly_})
-        item->setChecked(false);
-    repaint();
-}
-
-void Form1::v1_Click(int index)
-{
-    QAction *item = v1_.value(index);
-    item->setChecked(!item->isChecked());
-    repaint();
-}
-
-void Form1::weekly_Click()
-{
-    weekly_->setChecked(!weekly_->isChecked());
-    repaint();
-}
-
-void Form1::yearly_Click()
-{
-    yearly_->setChecked(!yearly_->isChecked());
-    repaint();
-}
-
-void Form1::mon_Click()
-{
-    if (mon_->isChecked()) {
-        mon_->setChecked(false);
-        repaint();
-        return;
-    }
-    // Monthly days go over what is shown, and yearly days back on top of them.
     paint([this](Painters &p) {
         p.paint_monthly();
-        if (yearly_->isChecked())
+        if (viewMenu_->kindShown(ViewFilters::Kind::Yearly))
             p.paint_yearly();
     });
-}
-
-void Form1::vScroll1_Change()
-{
-    const auto top = [this](int row) {
-        return ((row - 1) * kLegendRowHeight - vScroll1_->value()) * layout_.vertical;
-    };
-    for (auto it = lblcat_.begin(); it != lblcat_.end(); ++it)
-        it.value()->move(it.value()->x(), px(top(it.key())));
-    for (auto it = shpcat_.begin(); it != shpcat_.end(); ++it)
-        it.value()->move(it.value()->x(), px(top(it.key()) + layout_.boxTop));
 }
 
 void Form1::exit_Click()
@@ -601,7 +402,10 @@ void Form1::chPass_Click()
 void Form1::Timer1_Timer()
 {
     const rt::Date now = rt::Clock::Now();
-    cal_->moveToday(rt::DatePart(now));
+    if (const rt::Date today = rt::DatePart(now); today != today_) {
+        today_ = today;
+        cal_->moveToday(today);
+    }
     missed_.tick(model_, now);
     reminders_.tick(now);
 }
@@ -651,14 +455,8 @@ void Form1::Picture1_Click()
 
 bool Form1::eventFilter(QObject *watched, QEvent *event)
 {
-    // The wheel over the legend scrolls it, as over its scroll bar.
-    if (event->type() == QEvent::Wheel && watched != picture1_)
-        return QCoreApplication::sendEvent(vScroll1_, event);
     if (event->type() == QEvent::MouseButtonRelease && watched == picture1_)
         Picture1_Click();
-    else if (event->type() == QEvent::MouseButtonRelease &&
-             watched->objectName().startsWith(QLatin1String("lblcat_")))
-        lblcat_Click(watched->property("index").toInt());
     return QMainWindow::eventFilter(watched, event);
 }
 

@@ -3,27 +3,25 @@
 #include "mainwindow/AlarmOutput.h"
 #include "mainwindow/MainLayout.h"
 #include "mainwindow/ReminderCheck.h"
-#include "mainwindow/ViewFilters.h"
 #include "reminders/MissedPass.h"
 #include "runtime/DateTime.h"
 #include "store/DataStore.h"
 
 #include <QList>
 #include <QMainWindow>
-#include <QMap>
 #include <QPointer>
 #include <memory>
 
 class QAction;
-class QFrame;
 class QGroupBox;
 class QLabel;
 class QMenu;
 class QScrollBar;
 class QTimer;
-class LegendKeys;
+class Legend;
 class Painters;
 class LogoFrames;
+class ViewMenu;
 class frmMissed;
 class frmPassword;
 class UserControl1;
@@ -33,7 +31,8 @@ class UserControl1;
 // one of the program's own windows.
 //
 // Every control and menu item carries its name as its object name; members of the arrays
-// v1, n1, shpcat and lblcat are named array, underscore, index ("v1_2", "lblcat_1").
+// v1, n1, shpcat and lblcat are named array, underscore, index ("v1_2", "lblcat_1"). The View
+// menu and the legend are classes of their own.
 class Form1 : public QMainWindow
 {
     Q_OBJECT
@@ -56,13 +55,6 @@ public:
     // Menus.
     void addevent_Click();
     void n1_Click(int index);
-    void allevents_Click();
-    void None_Click();
-    void v1_Click(int index);
-    void weekly_Click();
-    void mon_Click();
-    void yearly_Click();
-    void vScroll1_Change();
     void lblcat_Click(int index);
     void exit_Click();
     void Picture1_Click(); // the homepage, only while the logo's box is shown
@@ -94,6 +86,7 @@ public:
     const store::Model &model() const { return model_; }
     rt::Date selectedDate() const { return selectedDate_; }
     UserControl1 *Cal() const { return cal_; }
+    ViewMenu *viewMenu() const { return viewMenu_; }
     QMenu *mPopupSys() const { return mPopupSys_; }
 
     // Whether minimising hides the window, to live on in the tray.
@@ -136,13 +129,9 @@ private:
     void createMenus();
     QAction *addItem(QMenu *menu, const char *name, const QString &caption,
                      const QKeySequence &shortcut = {});
-    void loadCategoryItems();
-    void loadLegend();
-    void layOutLegend();
     void placeControls();
-    ViewFilters filtersFromMenu() const;
-    void menuFromFilters(const ViewFilters &filters);
     template <typename Paint> void paint(Paint &&paint);
+    void paintMonthly();
     void passwordGate();
     QString readStoredPassword();
     frmPassword *passwordWindow();
@@ -151,6 +140,7 @@ private:
     store::Model model_;
     MainLayout layout_{};
     rt::Date selectedDate_ = 0;
+    rt::Date today_ = 0; // as last handed to the calendar
     bool hideWhenMinimised_ = true;
     AlarmOutput alarms_;
     ReminderCheck reminders_{alarms_};
@@ -167,17 +157,11 @@ private:
     QTimer *timer1_ = nullptr;
     QTimer *timer2_ = nullptr;
     std::unique_ptr<LogoFrames> logo_;
-    QMap<int, QFrame *> shpcat_;
-    QMap<int, QLabel *> lblcat_;
-    LegendKeys *legendKeys_ = nullptr;
+    Legend *legend_ = nullptr;
 
     QAction *cpass_ = nullptr;
     QAction *chPass_ = nullptr;
-    QMenu *view_ = nullptr;
-    QAction *weekly_ = nullptr;
-    QAction *mon_ = nullptr;
-    QAction *yearly_ = nullptr;
-    QMap<int, QAction *> v1_; // element 1 is the hidden template new items copy their check from
+    ViewMenu *viewMenu_ = nullptr;
     QMenu *rclick_ = nullptr;
     QList<QAction *> n1_;
     QStringList popupTexts_;

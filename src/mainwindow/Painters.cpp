@@ -3,6 +3,7 @@
 #include "runtime/DateText.h"
 #include "runtime/Numbers.h"
 
+#include <QHash>
 #include <algorithm>
 #include <array>
 
@@ -23,6 +24,26 @@ void mapWeekday(const QString &day, int &weekday)
 
 } // namespace
 
+// The numbers of the events of each category name, in the order the model holds them.
+struct Painters::ByCategory {
+    QHash<QString, QList<int>> recurring;
+    QHash<QString, QList<int>> events;
+};
+
+Painters::~Painters() = default;
+
+const Painters::ByCategory &Painters::byCategory()
+{
+    if (!byCategory_) {
+        byCategory_ = std::make_unique<ByCategory>();
+        for (int i = 1; i <= model_.recurringCount(); ++i)
+            byCategory_->recurring[model_.recurring[i].cat].append(i);
+        for (int i = 1; i <= model_.eventCount(); ++i)
+            byCategory_->events[model_.events[i].cat].append(i);
+    }
+    return *byCategory_;
+}
+
 Painters::Painters(CalendarSurface &calendar, const store::Model &model, ViewFilters &filters)
     : calendar_(calendar), model_(model), filters_(filters)
 {
@@ -34,16 +55,16 @@ Painters::Painters(CalendarSurface &calendar, const store::Model &model, ViewFil
         std::int32_t colour = 0;
         colours_.append(rt::tryCLng(text, colour) ? std::optional(colour) : std::nullopt);
     }
+    // The last category of a name whose colour converts wins.
+    for (qsizetype i = 0; i < model.categoryNames.size() && i < colours_.size(); ++i) {
+        if (colours_[i])
+            colourByName_.insert(model.categoryNames[i], *colours_[i]);
+    }
 }
 
 rt::WinColor Painters::category_colour(const QString &name) const
 {
-    std::int32_t result = 0;
-    for (qsizetype i = 0; i < model_.categoryNames.size(); ++i) {
-        if (model_.categoryNames[i] == name && i < colours_.size() && colours_[i])
-            result = *colours_[i];
-    }
-    return rt::WinColor(result);
+    return rt::WinColor(colourByName_.value(name, 0));
 }
 
 void Painters::applyColour(rt::Date date, rt::WinColor compareWith, rt::WinColor colour)
@@ -109,40 +130,42 @@ void Painters::paintYearly(const store::RecurringEvent &event, rt::Date &date)
 void Painters::repaint()
 {
     calendar_.setDayBackColorAll(rt::kWhite);
-    for (qsizetype i = 0; i < filters_.v1.size(); ++i) {
-        if (filters_.v1[i].checked)
-            paint_category(int(i));
+    for (int i = 1; i <= filters_.lastCategory(); ++i) {
+        if (filters_.categoryShown(i))
+            paint_category(i);
     }
-    if (filters_.weekly)
+    using Kind = ViewFilters::Kind;
+    if (filters_.kindShown(Kind::Weekly))
         paint_weekly();
-    if (filters_.mon)
+    if (filters_.kindShown(Kind::Monthly))
         paint_monthly();
-    if (filters_.yearly)
+    if (filters_.kindShown(Kind::Yearly))
         paint_yearly();
 }
 
 void Painters::paint_category(int index)
 {
-    filters_.v1[index].checked = true;
-    const QString name = filters_.v1[index].caption;
-    const WeeklyRange range = weeklyRange();
+    filters_.showCategory(index);
+    const QString name = filters_.categoryCaption(index);
+    const ByCategory &events = byCategory();
+    std::optional<WeeklyRange> range;
     int weekday = 0;
     rt::Date date = 0;
-    for (int i = 1; i <= model_.recurringCount(); ++i) {
+    for (const int i : events.recurring.value(name)) {
         const store::RecurringEvent &event = model_.recurring[i];
-        if (event.cat != name)
-            continue;
-        if (event.type == store::kWeekly)
-            paintWeekly(event, range, weekday);
-        else if (event.type == store::kMonthly)
+        if (event.type == store::kWeekly) {
+            if (!range)
+                range = weeklyRange();
+            paintWeekly(event, *range, weekday);
+        } else if (event.type == store::kMonthly)
             paintMonthly(event, date);
         else if (event.type == store::kYearly)
             paintYearly(event, date);
     }
     const int year = calendar_.displayedYear();
-    for (int i = 1; i <= model_.eventCount(); ++i) {
+    for (const int i : events.events.value(name)) {
         const store::Event &event = model_.events[i];
-        if (event.cat != name || rt::Year(event.date) != year)
+        if (rt::Year(event.date) != year)
             continue;
         // The day's colour is compared with the "category" named by the date's text, which
         // never exists: a day that already has any colour but white or black turns "More".
@@ -154,7 +177,7 @@ void Painters::paint_category(int index)
 
 void Painters::paint_weekly()
 {
-    filters_.weekly = true;
+    filters_.showKind(ViewFilters::Kind::Weekly);
     const WeeklyRange range = weeklyRange();
     int weekday = 0;
     for (int i = 1; i <= model_.recurringCount(); ++i) {
@@ -165,7 +188,7 @@ void Painters::paint_weekly()
 
 void Painters::paint_monthly()
 {
-    filters_.mon = true;
+    filters_.showKind(ViewFilters::Kind::Monthly);
     rt::Date date = 0;
     for (int i = 1; i <= model_.recurringCount(); ++i) {
         if (model_.recurring[i].type == store::kMonthly)
@@ -175,7 +198,7 @@ void Painters::paint_monthly()
 
 void Painters::paint_yearly()
 {
-    filters_.yearly = true;
+    filters_.showKind(ViewFilters::Kind::Yearly);
     rt::Date date = 0;
     for (int i = 1; i <= model_.recurringCount(); ++i) {
         if (model_.recurring[i].type == store::kYearly)

@@ -76,12 +76,14 @@ void ReminderCheck::setModel(const store::Model &model)
 
     eventFired_.resize(model.events.size(), false);
     recurringFired_.resize(model.recurring.size(), false);
+    ++changes_;
 }
 
 void ReminderCheck::clearFlags()
 {
     std::fill(eventFired_.begin(), eventFired_.end(), false);
     std::fill(recurringFired_.begin(), recurringFired_.end(), false);
+    ++changes_;
 }
 
 void ReminderCheck::convertYearlyDates(int year)
@@ -112,7 +114,34 @@ bool ReminderCheck::dueNow(bool allDay, const HourMinute &at, int hour, int minu
     return !fired;
 }
 
-// A modal alarm keeps the timer running, and every tick under it is checked in full:
+void ReminderCheck::tick(rt::Date now)
+{
+    if (!model_)
+        return;
+    const Minute at{rt::DatePart(now), rt::Hour(now), rt::Minute(now)};
+    const bool due = walkDue(now, at);
+    lastTick_ = now;
+    if (!due)
+        return;
+    // Left empty when the walk raises an error, so that the next tick walks again.
+    walked_.reset();
+    const quint64 changes = changes_;
+    ++fullChecks_;
+    walk(at);
+    walked_ = Walked{at, changes};
+}
+
+// A clock set back, or forward by more than a tick's lateness, may have skipped or repeated
+// minutes that the flags alone cannot tell.
+bool ReminderCheck::walkDue(rt::Date now, const Minute &at) const
+{
+    constexpr rt::Date kLargestStep = 5.0 / 86400.0;
+    if (lastTick_ && (now < *lastTick_ || now - *lastTick_ > kLargestStep))
+        return true;
+    return !walked_ || walked_->at != at || walked_->changes != changes_;
+}
+
+// A modal alarm keeps the timer running, and the check goes on under it:
 // - a one-off memo takes the shared alarm window at once, over the recurring memo shown in
 //   it, as one-off memos always overwrite one another;
 // - a recurring memo waits until the open one is closed, then has its own modal window: a
@@ -121,14 +150,11 @@ bool ReminderCheck::dueNow(bool allDay, const HourMinute &at, int hour, int minu
 // - the recurring event whose window is open, or that waits, does not fire again meanwhile,
 //   though its flag stays clear until its window is closed.
 // So nothing that comes due is dropped.
-void ReminderCheck::tick(rt::Date now)
+void ReminderCheck::walk(const Minute &at)
 {
-    if (!model_)
-        return;
-
-    const rt::Date today = rt::DatePart(now);
-    const int hour = rt::Hour(now);
-    const int minute = rt::Minute(now);
+    const rt::Date today = at.today;
+    const int hour = at.hour;
+    const int minute = at.minute;
 
     bool *eventFired = eventFired_.data();
     for (int i = 1; i < int(events_.size()); ++i) {
@@ -198,6 +224,7 @@ void ReminderCheck::showWaiting()
     waiting_.erase(waiting_.begin());
     openRecurring_ = next.event;
     output_.showRecurringAlarm(next.alarm, [this, i = next.event] {
+        ++changes_;
         openRecurring_ = 0;
         markRecurringFired(i);
         showWaiting();

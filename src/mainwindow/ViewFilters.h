@@ -1,16 +1,24 @@
 #pragma once
 
-#include <QList>
 #include <QString>
 
-// The View menu's checks: all there is of the filter state.
-struct ViewFilters {
-    struct CategoryItem {
-        QString caption;
-        bool checked = false;
-    };
-    QList<CategoryItem> v1; // by the menu array's index
-    bool weekly = false;
-    bool mon = false;
-    bool yearly = false;
+// What the calendar paints, as the painters read it. The View menu's checks are all there is
+// of this state; the painters set a check where they paint on their own account.
+class ViewFilters
+{
+public:
+    enum class Kind { Weekly, Monthly, Yearly };
+
+    // Categories are numbered 1 to lastCategory().
+    virtual int lastCategory() const = 0;
+    virtual bool categoryShown(int index) const = 0;
+    // The name whose events paint under that number.
+    virtual QString categoryCaption(int index) const = 0;
+    virtual void showCategory(int index) = 0;
+
+    virtual bool kindShown(Kind kind) const = 0;
+    virtual void showKind(Kind kind) = 0;
+
+protected:
+    ~ViewFilters() = default;
 };

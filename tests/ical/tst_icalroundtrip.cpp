@@ -1,3 +1,4 @@
+#include "FakeFilters.h"
 #include "Fixtures.h"
 #include "ical/IcalExport.h"
 #include "ical/IcalImport.h"
@@ -44,7 +45,9 @@ public:
 QStringList year(const store::Model &model)
 {
     Surface surface;
-    ViewFilters filters{{}, true, true, true};
+    FakeFilters filters;
+    filters.kinds = {ViewFilters::Kind::Weekly, ViewFilters::Kind::Monthly,
+                     ViewFilters::Kind::Yearly};
     for (const QString &name : model.categoryNames)
         filters.v1.append({name, true});
     Painters(surface, model, filters).repaint();

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QTimer>
 
 using rt::DateSerial;
@@ -78,6 +79,42 @@ private slots:
         QCOMPARE(form.findChild<QLabel *>("lblcat_3")->text(), QString("Home"));
     }
 
+    // A count of a billion reads as the loader's limit of 100,000 categories. The legend
+    // and the View menu build what can be seen: menu items stop at 1,000, and the categories
+    // beyond share the hidden first item's check.
+    void damagedCategoryCount_data()
+    {
+        QTest::addColumn<QStringList>("clicks");
+        QTest::addColumn<rt::WinColor>("march3"); // Work, category 2
+        QTest::addColumn<rt::WinColor>("march4"); // Late, category 1001
+        QTest::newRow("start") << QStringList() << 200u << 300u;
+        QTest::newRow("none") << QStringList{"None"} << rt::kWhite << rt::kWhite;
+        QTest::newRow("none, then Work") << QStringList{"None", "v1_2"} << 200u << rt::kWhite;
+        QTest::newRow("none, then all") << QStringList{"None", "allevents"} << 200u << 300u;
+        QTest::newRow("Work off") << QStringList{"v1_2"} << rt::kWhite << 300u;
+    }
+    void damagedCategoryCount()
+    {
+        QFETCH(QStringList, clicks);
+        TestFolder::setData("[Categories]\nc=1e9\n2=Work\n2c=200\n1001=Late\n1001c=300\n"
+                            "[count]\nc=2\n[1]\nDate=3/3/2026\nTime=9:00 AM\nMemo=a\nCat=Work\n"
+                            "[2]\nDate=3/4/2026\nTime=9:00 AM\nMemo=b\nCat=Late\n");
+        form_ = std::make_unique<Form1>();
+        form_->Form_Load();
+        QCOMPARE(form_->model().categoryCount(), 100000);
+        QVERIFY(form_->findChildren<QLabel *>(QRegularExpression("^lblcat_")).size() < 20);
+        QCOMPARE(form_->findChildren<QAction *>(QRegularExpression("^v1_")).size(), 1000);
+        for (const QString &name : clicks)
+            item(qPrintable(name))->trigger();
+        QTEST(colourOn(3, 3), "march3");
+        QTEST(colourOn(3, 4), "march4");
+        QStringList asked;
+        connect(form_.get(), &Form1::customizeRequested, this,
+                [&asked](const QString &name) { asked << name; });
+        QTest::mouseClick(form_->findChild<QLabel *>("lblcat_2"), Qt::LeftButton);
+        QCOMPARE(asked, QStringList{"Work"});
+    }
+
     // What the calendar shows for each combination of the View menu.
     void filters_data()
     {
@@ -112,11 +149,11 @@ private slots:
     void reloadResetsCategoryChecks()
     {
         Form1 &form = load();
-        form.v1_Click(2);
+        item("v1_2")->trigger();
         QVERIFY(!item("v1_2")->isChecked());
         form.Form_Activate();
         QVERIFY(item("v1_2")->isChecked());
-        form.None_Click();
+        item("None")->trigger();
         form.Form_Activate();
         QVERIFY(!item("v1_3")->isChecked());
     }

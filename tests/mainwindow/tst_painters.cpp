@@ -1,3 +1,4 @@
+#include "FakeFilters.h"
 #include "mainwindow/Painters.h"
 #include "runtime/Locale.h"
 
@@ -83,14 +84,14 @@ class TestPainters : public QObject
     Q_OBJECT
 
     FakeCalendar calendar;
-    ViewFilters filters;
+    FakeFilters filters;
 
 private slots:
     void initTestCase() { RtLocale::setForTest(QLocale("en_US")); }
     void init()
     {
         calendar = FakeCalendar();
-        filters = ViewFilters();
+        filters = FakeFilters();
     }
 
     void painters_data()
@@ -159,9 +160,10 @@ private slots:
             painters.paint_category(2);
         QTEST(calendar.painted(), "painted");
         // The painter's item in the View menu is checked.
-        QCOMPARE(filters.weekly, painter == "weekly");
-        QCOMPARE(filters.mon, painter == "monthly");
-        QCOMPARE(filters.yearly, painter == "yearly");
+        using Kind = ViewFilters::Kind;
+        QCOMPARE(filters.kindShown(Kind::Weekly), painter == "weekly");
+        QCOMPARE(filters.kindShown(Kind::Monthly), painter == "monthly");
+        QCOMPARE(filters.kindShown(Kind::Yearly), painter == "yearly");
         QCOMPARE(filters.v1[2].checked, painter == "category");
     }
 };

@@ -188,6 +188,110 @@ private slots:
         QTEST(out.log.value(out.log.size() - 1), "last");
     }
 
+    // The check walks the events only when a minute begins, after a reload, cleared flags or
+    // a closed alarm window, after a clock jump and after an error. Beside it runs a check
+    // made to walk at every tick (a reload before each, which changes nothing else): both
+    // must fire the same reminders at the same ticks and keep the same flags. "A~B" ticks
+    // every 40 ms from A to B; a time alone is on the date before it.
+    void walksOnlyWhenSomethingChanged_data()
+    {
+        QTest::addColumn<QByteArray>("store");
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<int>("walks");
+
+        const QByteArray day = counts(2, 2) + oneOff(1, "3/3/2026", "9:00 AM", "Dentist") +
+                               oneOff(2, "3/3/2026", "00:00", "Holiday") +
+                               rec("Daily", "", "", "9:00 AM", "Stretch") +
+                               "[r2]\nType=Weekly\nDay=Tuesday\nTime=9:01 AM\nMemo=Bins\n";
+        QTest::newRow("a walk as each minute begins")
+            << day << "2026-03-03 8:59:58.02~9:00:01, 9:00:58.02~9:01:01" << 4;
+        QTest::newRow("a reload and cleared flags within the minute")
+            << day
+            << "2026-03-03 9:00:00.02~9:00:00.5, reload, 9:00:00.54~9:00:01, clear, "
+               "9:00:01.02~9:00:02"
+            << 3;
+        QTest::newRow("alarm windows closed within the minute")
+            << counts(1, 2) + oneOff(1, "1/1/2026", "00:00", "plain") +
+                   rec("Daily", "", "", "9:00 AM", "Stretch") +
+                   "[r2]\nType=Daily\nTime=9:00 AM\nMemo=Water\n"
+            << "2026-03-03 9:00:00.02~9:00:01, close, 9:00:01.02~9:00:02, close, "
+               "9:00:02.02~9:00:03"
+            << 3;
+        QTest::newRow("the clock set back, forward, to the next day and back")
+            << day
+            << "2026-03-03 9:00:00.02~9:00:00.5, 8:59:59.9, 9:00:00.02, 9:00:10, "
+               "2026-03-04 9:00:00.02~9:00:00.5, 2026-03-03 9:00:30"
+            << 5;
+        QTest::newRow("midnight") << day
+                                  << "2026-03-03 23:59:58.02~23:59:59.98, "
+                                     "2026-03-04 0:00:00.02~0:00:01"
+                                  << 2;
+        QTest::newRow("an error walks again at every tick")
+            << counts(1, 1) + oneOff(1, "1/1/2026", "00:00", "plain") +
+                   rec("Yearly", "29", "2", "00:00", "Leap")
+            << "2026-03-03 12:00:00.02~12:00:00.2" << 5;
+    }
+    void walksOnlyWhenSomethingChanged()
+    {
+        QFETCH(QByteArray, store);
+        QFETCH(QString, steps);
+        writeStore(store);
+        const store::Model model = store::loadModel();
+        Recorder out, everyOut;
+        out.holdModal = everyOut.holdModal = true;
+        ReminderCheck check(out), every(everyOut);
+        check.setModel(model);
+        every.setModel(model);
+        const auto errorOf = [](ReminderCheck &c, rt::Date now) {
+            try {
+                c.tick(now);
+            } catch (const rt::RuntimeError &e) {
+                return e.description();
+            }
+            return QString();
+        };
+        const auto tick = [&](rt::Date now) {
+            const QString error = errorOf(check, now);
+            every.setModel(model);
+            QVERIFY2(error == errorOf(every, now) && out.log == everyOut.log &&
+                         check.eventFired() == every.eventFired() &&
+                         check.recurringFired() == every.recurringFired(),
+                     qPrintable(QString::number(now, 'f', 9)));
+        };
+        rt::Date date = 0;
+        const auto instant = [&date](const QString &text) {
+            if (text.contains('-'))
+                date = rt::CDate(text.section(' ', 0, 0));
+            const QString time = text.section(' ', -1);
+            const int ms = time.section('.', 1).leftJustified(3, '0').toInt();
+            return date +
+                   (QTime::fromString(time.section('.', 0, 0), "H:mm:ss").msecsSinceStartOfDay() +
+                    ms) /
+                       864e5;
+        };
+        for (const QString &step : steps.split(", ")) {
+            if (step == "reload") {
+                check.setModel(model);
+            } else if (step == "clear") {
+                check.clearFlags();
+                every.clearFlags();
+            } else if (step == "close") {
+                std::exchange(out.close, {})();
+                std::exchange(everyOut.close, {})();
+            } else {
+                const rt::Date from = instant(step.section('~', 0, 0));
+                const rt::Date to = instant(step.section('~', -1));
+                for (qint64 i = 0; from + i * 40 / 864e5 <= to + 1e-9; ++i) {
+                    tick(from + i * 40 / 864e5);
+                    if (QTest::currentTestFailed())
+                        return;
+                }
+            }
+        }
+        QVERIFY(!out.log.isEmpty() || steps.contains("12:00"));
+        QTEST(int(check.fullChecks()), "walks");
+    }
+
     // A daily memo at 9:00 left open until 9:02: the one-off memo of 9:01 takes the shared
     // window at once, the daily memo of 9:01 waits for the first to close, and the open one
     // never fires again under its own window.
