@@ -238,7 +238,7 @@ void Dialog::Form_Load(rt::Date selectedDate)
 void Dialog::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
-    SetZOrder(this, InsertAfter::Top);
+    SetZOrder(this);
     // The text is what a user types first; the date and time come ready.
     (Option4->isChecked() ? txtaction : txtmemo)->setFocus();
 }

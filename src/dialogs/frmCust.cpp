@@ -70,7 +70,7 @@ frmCust::frmCust(QWidget *parent) : QDialog(parent)
 void frmCust::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
-    SetZOrder(this, InsertAfter::Top);
+    SetZOrder(this);
 }
 
 void frmCust::Fill_cmbCat()

@@ -42,7 +42,7 @@ frmDaily::frmDaily(QWidget *parent) : QDialog(parent)
 void frmDaily::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
-    SetZOrder(this, InsertAfter::Top);
+    SetZOrder(this);
 }
 
 bool frmDaily::eventFilter(QObject *watched, QEvent *event)

@@ -89,7 +89,7 @@ frmFind::frmFind(const store::Model &mainWindowModel, QWidget *parent)
 void frmFind::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
-    SetZOrder(this, InsertAfter::Top);
+    SetZOrder(this);
 }
 
 bool frmFind::eventFilter(QObject *watched, QEvent *event)

@@ -58,7 +58,7 @@ frmRemove::frmRemove(rt::Date selectedDate, QWidget *parent) : QDialog(parent)
 void frmRemove::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
-    SetZOrder(this, InsertAfter::Top);
+    SetZOrder(this);
 }
 
 bool frmRemove::fallsOn(const store::RecurringEvent &event, rt::Date date) const

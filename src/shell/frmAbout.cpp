@@ -78,7 +78,7 @@ frmAbout::frmAbout(QWidget *parent) : QDialog(parent)
 void frmAbout::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
-    SetZOrder(this, InsertAfter::Top);
+    SetZOrder(this);
 }
 
 void frmAbout::cmdOK_Click()

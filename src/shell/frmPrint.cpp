@@ -65,7 +65,7 @@ frmPrint::frmPrint(rt::Date selectedDate, QWidget *parent) : QDialog(parent)
 void frmPrint::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
-    SetZOrder(this, InsertAfter::Top);
+    SetZOrder(this);
 }
 
 void frmPrint::Option1_Click()
