@@ -279,9 +279,8 @@ void Dialog::Fill_cmbCat()
 
 void Dialog::Fill_Weekly()
 {
-    for (const char *day :
-         {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"})
-        txtday1->addItem(QLatin1String(day));
+    for (const QString &day : store::kWeekdayNames)
+        txtday1->addItem(day);
 }
 
 void Dialog::fillDays(int days)

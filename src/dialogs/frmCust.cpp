@@ -4,7 +4,6 @@
 #include "dialogs/DialogSupport.h"
 #include "dialogs/ZOrder.h"
 #include "runtime/Colors.h"
-#include "runtime/Numbers.h"
 #include "store/DataStore.h"
 #include "store/SaveFailure.h"
 
@@ -80,11 +79,8 @@ void frmCust::Fill_cmbCat()
     names_ = store::readStoredCategoryNames();
     const QStringList stored = store::readCategoryColours();
     colours_ = {0};
-    for (int i = 1; i < names_.size(); ++i) {
-        std::int32_t colour = 0;
-        rt::tryCLng(stored[i], colour);
-        colours_.append(colour);
-    }
+    for (int i = 1; i < names_.size(); ++i)
+        colours_.append(std::int32_t(store::colourValue(stored[i]).value_or(0)));
     QStringList shown = names_.mid(1);
     if (!shown.isEmpty())
         shown[0] = kMoreEntry; // category 1 colours the days of several categories

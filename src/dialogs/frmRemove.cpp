@@ -5,7 +5,7 @@
 #include "dialogs/ZOrder.h"
 #include "runtime/ButtonRow.h"
 #include "runtime/DateText.h"
-#include "runtime/Numbers.h"
+#include "store/Recurrence.h"
 #include "store/SaveFailure.h"
 
 #include <QComboBox>
@@ -61,22 +61,6 @@ void frmRemove::showEvent(QShowEvent *event)
     SetZOrder(this);
 }
 
-bool frmRemove::fallsOn(const store::RecurringEvent &event, rt::Date date) const
-{
-    if (event.type == store::kWeekly)
-        return rt::WeekdayName(rt::Weekday(date)) == event.day;
-    if (event.type == store::kMonthly) {
-        double day = 0;
-        return rt::tryCDbl(event.day, day) && day == rt::Day(date);
-    }
-    if (event.type == store::kYearly) {
-        const auto on = rt::parseDate(event.month + QLatin1Char('/') + event.day +
-                                      QLatin1Char('/') + QString::number(rt::Year(date)));
-        return on && *on == date;
-    }
-    return event.type == store::kDaily;
-}
-
 void frmRemove::DTPicker1_Change()
 {
     const rt::Date date = dialogs::pickerDate(DTPicker1);
@@ -101,7 +85,7 @@ void frmRemove::DTPicker1_Change()
     }
     recurring_ = store::readRecurringEvents();
     for (int i = 1; i < recurring_.size(); ++i) {
-        if (fallsOn(recurring_[i], date)) {
+        if (recurrence::inRemoveWindow(recurring_[i], date)) {
             Combo1->addItem(listText(recurring_[i].memo));
             entries_.append({true, recurring_[i].memo});
         }
@@ -129,7 +113,7 @@ void frmRemove::OKButton_Click()
             }
         } else {
             for (int i = 1; i < recurring_.size(); ++i) {
-                if (fallsOn(recurring_[i], date) &&
+                if (recurrence::inRemoveWindow(recurring_[i], date) &&
                     listText(recurring_[i].memo) == Combo1->currentText() &&
                     recurring_[i].memo == entry.memo) {
                     store::removeRecurring(recurring_, i);

@@ -32,8 +32,6 @@ private:
         QString memo; // as stored
     };
 
-    bool fallsOn(const store::RecurringEvent &event, rt::Date date) const;
-
     // The store as read for the shown date, numbered from 1.
     QList<store::EventRecord> events_;
     QList<rt::Date> dates_;

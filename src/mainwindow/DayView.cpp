@@ -1,8 +1,7 @@
 #include "mainwindow/DayView.h"
 
-#include "runtime/DateText.h"
-#include "runtime/Numbers.h"
 #include "runtime/RuntimeError.h"
+#include "store/Recurrence.h"
 
 namespace dayview
 {
@@ -20,10 +19,19 @@ QString file_name_of(const QString &text, QChar separator)
     return {};
 }
 
+namespace
+{
+
+QString shortened(const QString &text)
+{
+    return text.left(15) + QStringLiteral("...");
+}
+
+} // namespace
+
 QString caption(const QString &text)
 {
-    const QString shown = store::isAction(text) ? file_name_of(text) : text;
-    return shown.left(15) + QStringLiteral("...");
+    return shortened(store::isAction(text) ? file_name_of(text) : text);
 }
 
 QList<Item> itemsOn(rt::Date date, const store::Model &model, int displayedYear)
@@ -37,23 +45,9 @@ QList<Item> itemsOn(rt::Date date, const store::Model &model, int displayedYear)
         if (model.events[i].date == date)
             add(model.events[i].memo, false, i);
     }
-    const QString weekday = rt::WeekdayName(rt::Weekday(date));
     for (int i = 1; i <= model.recurringCount(); ++i) {
-        const store::RecurringEvent &e = model.recurring[i];
-        if (e.type == store::kWeekly) {
-            if (weekday == e.day)
-                add(e.memo, true, i);
-        } else if (e.type == store::kMonthly) {
-            if (rt::numberEqualsText(rt::Day(date), e.day))
-                add(e.memo, true, i);
-        } else if (e.type == store::kYearly) {
-            const QString text = e.month + QLatin1Char('/') + e.day + QLatin1Char('/') +
-                                 QString::number(displayedYear);
-            if (rt::CDate(text) == date)
-                add(e.memo, true, i);
-        } else if (e.type == store::kDaily) {
-            add(e.memo, true, i);
-        }
+        if (recurrence::inDayPopup(model.recurring[i], date, displayedYear))
+            add(model.recurring[i].memo, true, i);
     }
     return items;
 }
@@ -61,22 +55,18 @@ QList<Item> itemsOn(rt::Date date, const store::Model &model, int displayedYear)
 QList<Target> n1Targets(const QString &caption, const QString &text, const store::Model &model)
 {
     QList<Target> targets;
-    auto plain = [](const QString &t) { return t.left(15) + QStringLiteral("..."); };
-    auto asAction = [](const QString &t) {
-        return store::isAction(t) ? file_name_of(t).left(15) + QStringLiteral("...") : QString();
-    };
-
     for (int i = 1; i <= model.eventCount(); ++i) {
         const QString &memo = model.events[i].memo;
-        if ((caption == plain(memo) || (store::isAction(memo) && caption == asAction(memo))) &&
+        if ((caption == shortened(memo) ||
+             (store::isAction(memo) && caption == shortened(file_name_of(memo)))) &&
             text == memo)
             targets.append({false, i});
     }
     for (int i = 1; i <= model.recurringCount(); ++i) {
         const QString &memo = model.recurring[i].memo;
-        if (caption == plain(memo) && text == memo) {
+        if (caption == shortened(memo) && text == memo) {
             targets.append({true, i});
-        } else if (store::isAction(memo) && caption == asAction(memo)) {
+        } else if (store::isAction(memo) && caption == shortened(file_name_of(memo))) {
             // A recurring action is looked up among the one-off events of the same number.
             if (i > model.eventCount())
                 throw rt::RuntimeError::subscriptOutOfRange();

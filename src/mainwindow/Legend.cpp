@@ -2,8 +2,8 @@
 
 #include "mainwindow/SpokenNames.h"
 #include "runtime/Colors.h"
-#include "runtime/Numbers.h"
 #include "runtime/Twips.h"
+#include "store/DataStore.h"
 
 #include <QCoreApplication>
 #include <QFontMetrics>
@@ -149,12 +149,11 @@ void Legend::fill(Row &row)
         width > 0 ? row.name->fontMetrics().elidedText(name, Qt::ElideRight, width) : name;
     row.name->setText(shown);
     row.name->setToolTip(shown == name ? kToolTip : name + QLatin1Char('\n') + kToolTip);
-    std::int32_t colour = 0;
-    rt::tryCLng(colours_.value(row.index), colour);
+    const rt::WinColor colour = store::colourValue(colours_.value(row.index)).value_or(0);
     QPalette palette = row.box->palette();
-    palette.setColor(QPalette::Window, rt::toQColor(rt::WinColor(colour)));
+    palette.setColor(QPalette::Window, rt::toQColor(colour));
     row.box->setPalette(palette);
-    row.name->setAccessibleName(spoken::legendRowName(name, rt::WinColor(colour)));
+    row.name->setAccessibleName(spoken::legendRowName(name, colour));
 }
 
 Legend::Row *Legend::rowOf(QObject *label)

@@ -3,9 +3,8 @@
 #include "mainwindow/CalendarSurface.h"
 #include "mainwindow/ViewFilters.h"
 #include "store/DataStore.h"
+#include "store/Recurrence.h"
 
-#include <QHash>
-#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -30,16 +29,8 @@ public:
     rt::WinColor category_colour(const QString &name) const;
 
 private:
-    struct WeeklyRange {
-        rt::Date start = 0;
-        int days = 365;
-    };
-    WeeklyRange weeklyRange() const;
-    void paintWeekly(const store::RecurringEvent &event, const WeeklyRange &range, int &weekday);
-    void paintMonthly(const store::RecurringEvent &event, rt::Date &date);
-    void paintYearly(const store::RecurringEvent &event, rt::Date &date);
+    void paint(const store::RecurringEvent &event, recurrence::PainterDays &days);
     void applyColour(rt::Date date, rt::WinColor compareWith, rt::WinColor colour);
-    void applyColour(rt::Date date, const QString &category);
 
     struct ByCategory;
     const ByCategory &byCategory();
@@ -47,9 +38,8 @@ private:
     CalendarSurface &calendar_;
     const store::Model &model_;
     ViewFilters &filters_;
-    // The category colours as numbers, converted once: empty where the text is no number.
-    QList<std::optional<std::int32_t>> colours_;
-    QHash<QString, std::int32_t> colourByName_;
+    const store::CategoryColours colours_;
+    std::optional<rt::WinColor> more_; // the colour of category 1, where it is a number
     bool namesWithDigits_ = false;
     std::unique_ptr<ByCategory> byCategory_;
 };

@@ -2,7 +2,6 @@
 
 #include "reminders/AlarmText.h"
 #include "runtime/DateText.h"
-#include "runtime/Numbers.h"
 
 #include <algorithm>
 
@@ -19,26 +18,6 @@ template <typename List> void checkIndex(const List &list, int i)
 
 } // namespace
 
-template <typename T>
-template <typename Convert>
-ReminderCheck::Converted<T> ReminderCheck::Converted<T>::of(Convert &&convert)
-{
-    Converted converted;
-    try {
-        converted.value_ = convert();
-    } catch (const rt::RuntimeError &error) {
-        converted.error_ = error;
-    }
-    return converted;
-}
-
-template <typename T> const T &ReminderCheck::Converted<T>::value() const
-{
-    if (error_)
-        throw *error_;
-    return value_;
-}
-
 void ReminderCheck::setModel(const store::Model &model)
 {
     model_ = &model;
@@ -50,29 +29,18 @@ void ReminderCheck::setModel(const store::Model &model)
         events_[i] = {event.date, event.time == 0, {rt::Hour(event.time), rt::Minute(event.time)}};
     }
 
-    recurring_.assign(model.recurring.size(), {});
-    for (qsizetype i = 1; i < model.recurring.size(); ++i) {
-        const store::RecurringEvent &event = model.recurring[i];
-        Recurring &r = recurring_[i];
-        if (event.type == store::kDaily)
-            r.kind = Kind::Daily;
-        else if (event.type == store::kWeekly)
-            r.kind = Kind::Weekly;
-        else if (event.type == store::kMonthly)
-            r.kind = Kind::Monthly;
-        else if (event.type == store::kYearly)
-            r.kind = Kind::Yearly;
-        r.allDay = event.time == store::kAllDayTime;
+    recurring_.clear();
+    recurring_.reserve(model.recurring.size());
+    for (const store::RecurringEvent &event : model.recurring) {
+        Recurring r{recurrence::TickRule(event), event.time == store::kAllDayTime, {}};
         if (!r.allDay) {
-            r.time = Converted<HourMinute>::of([&] {
+            r.time = rt::Converted<HourMinute>::of([&] {
                 const rt::Date time = rt::CDate(event.time);
                 return HourMinute{rt::Hour(time), rt::Minute(time)};
             });
         }
-        if (r.kind == Kind::Monthly)
-            r.day = Converted<double>::of([&] { return rt::CDbl(event.day); });
+        recurring_.push_back(std::move(r));
     }
-    yearlyYear_ = 0;
 
     eventFired_.resize(model.events.size(), false);
     recurringFired_.resize(model.recurring.size(), false);
@@ -84,21 +52,6 @@ void ReminderCheck::clearFlags()
     std::fill(eventFired_.begin(), eventFired_.end(), false);
     std::fill(recurringFired_.begin(), recurringFired_.end(), false);
     ++changes_;
-}
-
-void ReminderCheck::convertYearlyDates(int year)
-{
-    const QString yearText = QString::number(year);
-    for (qsizetype i = 1; i < model_->recurring.size(); ++i) {
-        if (recurring_[i].kind != Kind::Yearly)
-            continue;
-        const store::RecurringEvent &event = model_->recurring[i];
-        recurring_[i].date = Converted<rt::Date>::of([&] {
-            return rt::CDate(event.month + QLatin1Char('/') + event.day + QLatin1Char('/') +
-                             yearText);
-        });
-    }
-    yearlyYear_ = year;
 }
 
 bool ReminderCheck::dueNow(bool allDay, const HourMinute &at, int hour, int minute, bool &fired)
@@ -169,33 +122,14 @@ void ReminderCheck::walk(const Minute &at)
         }
     }
 
-    const int year = rt::Year(today);
-    const QString weekdayName = rt::WeekdayName(rt::Weekday(today));
-    const int dayOfMonth = rt::Day(today);
-
+    const recurrence::Today day(today);
     // Bounds are read again on every round: a reload may come while a modal alarm is open.
     for (int i = 1; i < int(recurring_.size()); ++i) {
         evaluating_ = i;
         const Recurring &event = recurring_[i];
-        bool matches = false;
-        switch (event.kind) {
-        case Kind::Other:
+        if (!event.rule.known())
             continue;
-        case Kind::Daily:
-            matches = true;
-            break;
-        case Kind::Weekly:
-            matches = model_->recurring[i].day == weekdayName;
-            break;
-        case Kind::Monthly:
-            matches = event.day.value() == dayOfMonth;
-            break;
-        case Kind::Yearly:
-            if (yearlyYear_ != year)
-                convertYearlyDates(year);
-            matches = recurring_[i].date.value() == today;
-            break;
-        }
+        const bool matches = event.rule.fallsOn(day);
         if (!matches) {
             recurringFired_[i] = false;
             continue;
@@ -245,7 +179,7 @@ void ReminderCheck::fireEvent(int i)
         output_.launchAction(store::actionPath(event.memo));
         return;
     }
-    output_.showOneOffAlarm({event.cat, reminders::categoryColour(*model_, event.cat), event.memo,
+    output_.showOneOffAlarm({event.cat, store::CategoryColours(*model_).of(event.cat), event.memo,
                              reminders::whenLine(event)});
 }
 
@@ -265,7 +199,7 @@ void ReminderCheck::fireRecurring(int i)
         return;
     }
     waiting_.push_back({i,
-                        {event.cat, reminders::categoryColour(*model_, event.cat), event.memo,
+                        {event.cat, store::CategoryColours(*model_).of(event.cat), event.memo,
                          reminders::whenLine(event)}});
     showWaiting();
 }

@@ -4,12 +4,11 @@
 #include "runtime/DateTime.h"
 #include "runtime/RuntimeError.h"
 #include "store/DataStore.h"
+#include "store/Recurrence.h"
 
 #include <QList>
 #include <QString>
-#include <cstdint>
 #include <functional>
-#include <optional>
 #include <vector>
 
 // A memo that has come due, as the alarm window shows it.
@@ -70,18 +69,6 @@ public:
     int evaluating() const { return evaluating_; }
 
 private:
-    // A conversion made ahead of the tick: its value, or the error it raised.
-    template <typename T> class Converted
-    {
-    public:
-        template <typename Convert> static Converted of(Convert &&convert);
-        const T &value() const;
-
-    private:
-        T value_{};
-        std::optional<rt::RuntimeError> error_;
-    };
-
     struct HourMinute {
         int hour = 0;
         int minute = 0;
@@ -91,13 +78,10 @@ private:
         bool allDay = false;
         HourMinute time;
     };
-    enum class Kind : std::uint8_t { Other, Daily, Weekly, Monthly, Yearly };
     struct Recurring {
-        Kind kind = Kind::Other;
+        recurrence::TickRule rule;
         bool allDay = false;
-        Converted<HourMinute> time; // timed events only
-        Converted<double> day;      // monthly events: the day field as a number
-        Converted<rt::Date> date;   // yearly events: this year's date, see yearlyYear_
+        rt::Converted<HourMinute> time; // timed events only
     };
 
     struct Minute {
@@ -116,13 +100,11 @@ private:
     bool openOrWaiting(int i) const;
     void showWaiting();
     void markRecurringFired(int i);
-    void convertYearlyDates(int year);
 
     ReminderOutput &output_;
     const store::Model *model_ = nullptr;
     std::vector<OneOff> events_;
     std::vector<Recurring> recurring_;
-    int yearlyYear_ = 0; // the year the yearly dates were converted for; 0 for none
     QList<bool> eventFired_;
     QList<bool> recurringFired_;
 

@@ -1,7 +1,6 @@
 #include "mainwindow/SpokenNames.h"
 
 #include "mainwindow/DayView.h"
-#include "runtime/Numbers.h"
 #include "runtime/RuntimeError.h"
 
 #include <QStringList>
@@ -80,8 +79,7 @@ QString eventText(const QString &memo, const QString &category, const QString &t
 QString categoryOfColour(rt::WinColor colour, const store::Model &model)
 {
     for (int i = 1; i <= model.categoryCount() && i < model.categoryColours.size(); ++i) {
-        std::int32_t value = 0;
-        if (rt::tryCLng(model.categoryColours[i], value) && rt::WinColor(value) == colour)
+        if (store::colourValue(model.categoryColours[i]) == colour)
             return model.categoryNames[i];
     }
     return {};

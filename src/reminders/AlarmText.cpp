@@ -1,7 +1,6 @@
 #include "reminders/AlarmText.h"
 
 #include "runtime/DateText.h"
-#include "runtime/Numbers.h"
 
 namespace reminders
 {
@@ -27,18 +26,6 @@ QString whenLine(const store::RecurringEvent &event)
     if (event.time != store::kAllDayTime)
         line += event.time + kGap;
     return line + event.type;
-}
-
-rt::WinColor categoryColour(const store::Model &model, const QString &name)
-{
-    rt::WinColor colour = 0;
-    const qsizetype count = std::min(model.categoryNames.size(), model.categoryColours.size());
-    for (qsizetype i = 1; i < count; ++i) {
-        std::int32_t value = 0;
-        if (model.categoryNames[i] == name && rt::tryCLng(model.categoryColours[i], value))
-            colour = rt::WinColor(value);
-    }
-    return colour;
 }
 
 } // namespace reminders

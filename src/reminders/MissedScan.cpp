@@ -2,7 +2,7 @@
 
 #include "reminders/AlarmText.h"
 #include "runtime/DateText.h"
-#include "runtime/Numbers.h"
+#include "store/Recurrence.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,25 +23,14 @@ int minuteOfDay(rt::Date time)
     return rt::Hour(time) * 60 + rt::Minute(time);
 }
 
-// The days a gap touches, newest first, with what the rules compare.
-struct Day {
-    qint64 number = 0;
-    QString weekdayName;
-    int dayOfMonth = 0;
-    int year = 0;
-};
-
 class Scan
 {
 public:
     Scan(const store::Model &model, qint64 seen, qint64 now)
-        : model_(model), from_(std::max(seen, now - kLongestGap)), now_(now)
+        : model_(model), colours_(model), from_(std::max(seen, now - kLongestGap)), now_(now)
     {
-        for (qint64 day = dayOf(now - 1); day >= dayOf(from_); --day) {
-            const auto date = rt::Date(day);
-            days_.push_back(
-                {day, rt::WeekdayName(rt::Weekday(date)), rt::Day(date), rt::Year(date)});
-        }
+        for (qint64 day = dayOf(now - 1); day >= dayOf(from_); --day)
+            days_.push_back(day);
     }
 
     QList<MissedReminder> run()
@@ -73,43 +62,21 @@ private:
     {
         const bool action = store::isAction(memo);
         found_.push_back({rt::Date(day) + (allDay ? 0 : rt::Date(minute) / kMinutesPerDay),
-                          recurring, i, cat, categoryColour(model_, cat),
+                          recurring, i, cat, colours_.of(cat),
                           action ? store::actionPath(memo) : memo, action, std::move(when)});
     }
 
     void scanEvent(int i)
     {
         const store::Event &event = model_.events[i];
-        if (event.date != std::floor(event.date) || days_.empty() ||
-            event.date < days_.back().number || event.date > days_.front().number)
+        if (event.date != std::floor(event.date) || days_.empty() || event.date < days_.back() ||
+            event.date > days_.front())
             return;
         const bool allDay = event.time == 0;
         const int minute = minuteOfDay(event.time);
         if (missed(qint64(event.date), allDay, minute))
             add(false, i, event.cat, event.memo, whenLine(event), qint64(event.date), allDay,
                 minute);
-    }
-
-    bool matches(const store::RecurringEvent &event, const Day &day,
-                 std::optional<double> &monthDay) const
-    {
-        if (event.type == store::kDaily)
-            return true;
-        if (event.type == store::kWeekly)
-            return event.day == day.weekdayName;
-        if (event.type == store::kMonthly) {
-            double value = 0;
-            if (!monthDay && rt::tryCDbl(event.day, value))
-                monthDay = value;
-            return monthDay && *monthDay == day.dayOfMonth;
-        }
-        if (event.type == store::kYearly) {
-            const std::optional<rt::Date> date =
-                rt::parseDate(event.month + QLatin1Char('/') + event.day + QLatin1Char('/') +
-                              QString::number(day.year));
-            return date && *date == rt::Date(day.number);
-        }
-        return false;
     }
 
     void scanRecurring(int i)
@@ -125,19 +92,19 @@ private:
                 return;
             minute = minuteOfDay(*time);
         }
-        std::optional<double> monthDay;
-        for (const Day &day : days_) {
-            if (missed(day.number, allDay, minute) && matches(event, day, monthDay)) {
-                add(true, i, event.cat, event.memo, whenLine(event), day.number, allDay, minute);
+        for (const qint64 day : days_) {
+            if (missed(day, allDay, minute) && recurrence::inRemoveWindow(event, rt::Date(day))) {
+                add(true, i, event.cat, event.memo, whenLine(event), day, allDay, minute);
                 return;
             }
         }
     }
 
     const store::Model &model_;
+    const store::CategoryColours colours_;
     const qint64 from_;
     const qint64 now_;
-    std::vector<Day> days_;
+    std::vector<qint64> days_; // the days the gap touches, newest first
     QList<MissedReminder> found_;
 };
 

@@ -3,10 +3,18 @@
 #include "runtime/DateTime.h"
 
 #include <QString>
+#include <array>
 #include <optional>
 
 namespace rt
 {
+
+// The days of the week in English, Sunday first, whatever the locale: the names the store
+// keeps for weekly events, and the calendar's own.
+inline const std::array<QString, 7> kEnglishWeekdays = {
+    QStringLiteral("Sunday"),    QStringLiteral("Monday"),   QStringLiteral("Tuesday"),
+    QStringLiteral("Wednesday"), QStringLiteral("Thursday"), QStringLiteral("Friday"),
+    QStringLiteral("Saturday")};
 
 // Text to date, as CDate/IsDate read it in the current locale. Empty when the text is
 // no date or time.

@@ -3,6 +3,7 @@
 #include <QString>
 #include <exception>
 #include <functional>
+#include <optional>
 
 namespace rt
 {
@@ -26,6 +27,33 @@ private:
     int number_;
     QString description_;
     QByteArray what_;
+};
+
+// A conversion made ahead of its use: its value, or the error it raised, which is raised
+// again where the value is asked for.
+template <typename T> class Converted
+{
+public:
+    template <typename Convert> static Converted of(Convert &&convert)
+    {
+        Converted converted;
+        try {
+            converted.value_ = convert();
+        } catch (const RuntimeError &error) {
+            converted.error_ = error;
+        }
+        return converted;
+    }
+    const T &value() const
+    {
+        if (error_)
+            throw *error_;
+        return value_;
+    }
+
+private:
+    T value_{};
+    std::optional<RuntimeError> error_;
 };
 
 // The text of the box the top-level handler shows: "Run-time error '13':", a blank line,

@@ -2,7 +2,7 @@
 
 #include "runtime/DateText.h"
 #include "runtime/Locale.h"
-#include "runtime/Numbers.h"
+#include "store/Recurrence.h"
 
 #include <QList>
 #include <algorithm>
@@ -16,19 +16,10 @@ namespace
 // Every rule repeats within four years, leap days included.
 constexpr int kRuleCycleDays = 4 * 366;
 
-// The weekday a weekly event is stored under, Sunday = 1; 0 for a name that is none.
-int weekdayOf(const QString &day)
-{
-    static const std::array<QString, 7> names = {"Sunday",   "Monday", "Tuesday", "Wednesday",
-                                                 "Thursday", "Friday", "Saturday"};
-    const auto at = std::find(names.begin(), names.end(), day);
-    return at == names.end() ? 0 : int(at - names.begin()) + 1;
-}
-
 bool fallsWithin(const store::RecurringEvent &event, rt::Date from, rt::Date to)
 {
     for (rt::Date date = from; date <= std::min(to, from + kRuleCycleDays); ++date) {
-        if (fallsOn(event, date))
+        if (recurrence::inPrintedList(event, date))
             return true;
     }
     return false;
@@ -75,22 +66,6 @@ QString dayHeading(rt::Date date)
 }
 
 } // namespace
-
-bool fallsOn(const store::RecurringEvent &event, rt::Date date)
-{
-    if (event.type == store::kDaily)
-        return true;
-    if (event.type == store::kWeekly)
-        return weekdayOf(event.day) == rt::Weekday(date);
-    if (event.type == store::kMonthly)
-        return rt::numberEqualsText(rt::Day(date), event.day);
-    if (event.type == store::kYearly) {
-        const auto on = rt::parseDate(event.month + QLatin1Char('/') + event.day +
-                                      QLatin1Char('/') + QString::number(rt::Year(date)));
-        return on && *on == date;
-    }
-    return false;
-}
 
 Text eventsText(const store::Model &model, rt::Date from, rt::Date to)
 {

@@ -11,9 +11,6 @@
 namespace eventstext
 {
 
-// Whether a recurring event falls on a date, as the calendar colours its days.
-bool fallsOn(const store::RecurringEvent &event, rt::Date date);
-
 struct Text {
     QString text;
     int eventCount = 0;

@@ -160,6 +160,24 @@ QStringList readStoredCategoryNames()
     return names;
 }
 
+std::optional<rt::WinColor> colourValue(const QString &text)
+{
+    // The loader keeps plain decimal numbers, read at once; anything else as CLng reads it.
+    bool plain = false;
+    std::int32_t colour = text.toInt(&plain);
+    if (plain || rt::tryCLng(text, colour))
+        return rt::WinColor(colour);
+    return std::nullopt;
+}
+
+CategoryColours::CategoryColours(const Model &model)
+{
+    for (qsizetype i = 1; i < model.categoryNames.size(); ++i) {
+        if (const auto colour = colourValue(model.categoryColours.value(i)))
+            byName_.insert(model.categoryNames[i], *colour);
+    }
+}
+
 Model loadModel()
 {
     Model model;

@@ -1,12 +1,15 @@
 #pragma once
 
-#include "runtime/DateTime.h"
+#include "runtime/Colors.h"
+#include "runtime/DateText.h"
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
 #include <array>
 #include <cstdint>
+#include <optional>
 
 // The layout of Data.ini: which sections and keys hold what, read and written key by key
 // through ReadINI/WriteINI. No window spells a section or key name itself.
@@ -34,10 +37,7 @@ inline const QString kActionMarker = QStringLiteral("&**");
 inline const QString kAllDayTime = QStringLiteral("00:00");
 
 // The "Day" of a weekly event, Sunday first.
-inline const std::array<QString, 7> kWeekdayNames = {
-    QStringLiteral("Sunday"),    QStringLiteral("Monday"),   QStringLiteral("Tuesday"),
-    QStringLiteral("Wednesday"), QStringLiteral("Thursday"), QStringLiteral("Friday"),
-    QStringLiteral("Saturday")};
+inline const std::array<QString, 7> &kWeekdayNames = rt::kEnglishWeekdays;
 
 inline const QString kDaily = QStringLiteral("Daily");
 inline const QString kWeekly = QStringLiteral("Weekly");
@@ -90,6 +90,20 @@ struct Model {
     int categoryCount() const { return int(categoryNames.size()) - 1; }
     int recurringCount() const { return int(recurring.size()) - 1; }
     int eventCount() const { return int(events.size()) - 1; }
+};
+
+// A category's colour text as a number; empty where it is no number.
+std::optional<rt::WinColor> colourValue(const QString &text);
+// The colour of each category name: that of the last category of the exact name whose
+// colour is a number; 0 for a name without one.
+class CategoryColours
+{
+public:
+    explicit CategoryColours(const Model &model);
+    rt::WinColor of(const QString &name) const { return byName_.value(name, 0); }
+
+private:
+    QHash<QString, rt::WinColor> byName_;
 };
 
 // Reading, with errors ignored: a count that is no number reads as no items, a value that

@@ -1,6 +1,7 @@
 #include "yearcalendar/UserControl1.h"
 
 #include "runtime/Clock.h"
+#include "runtime/DateText.h"
 #include "runtime/RuntimeError.h"
 #include "runtime/Twips.h"
 #include "yearcalendar/DayLabel.h"
@@ -23,8 +24,6 @@ constexpr rt::WinColor kHeaderGrey = 0x808080;
 const char *const kMonths[] = {"January",   "February", "March",    "April",
                                "May",       "June",     "July",     "August",
                                "September", "October",  "November", "December"};
-const char *const kWeekdays[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
-                                 "Thursday", "Friday", "Saturday"};
 
 QRect pixels(double left, double top, double width, double height)
 {
@@ -112,7 +111,7 @@ void UserControl1::createChildren()
     static const char *const weekdays[] = {"Su", "Mo", "Tu", "We", "Th", "Fr", "Sa"};
     for (int i = 0; i < 84; ++i) {
         w_[i] = named(new QLabel(weekdays[i % 7], this), "w", i);
-        w_[i]->setAccessibleName(kWeekdays[i % 7]);
+        w_[i]->setAccessibleName(rt::kEnglishWeekdays[i % 7]);
         w_[i]->setFont(calendarFont(kDayFontPoints, true));
         w_[i]->setAlignment(Qt::AlignCenter);
         setColour(w_[i], QPalette::WindowText, kHeaderGrey);
@@ -313,7 +312,7 @@ QString UserControl1::dayName(int cell) const
     const int month = monthOfGridCell(cell);
     const int column = (cell < kJanuaryCells ? cell : cell - kJanuaryCells) % 7;
     QString name = QStringLiteral("%1 %2 %3 %4")
-                       .arg(QLatin1String(kWeekdays[column]))
+                       .arg(rt::kEnglishWeekdays[column])
                        .arg(c.caption)
                        .arg(QLatin1String(kMonths[month - 1]))
                        .arg(model_.displayedYear());

@@ -101,32 +101,6 @@ private slots:
         printed = 0;
     }
 
-    void recurrenceFallsOnTheCalendarsDays_data()
-    {
-        QTest::addColumn<QStringList>("event"); // type, day, month
-        QTest::addColumn<rt::Date>("date");
-        QTest::addColumn<bool>("listed");
-        QTest::newRow("weekly, unknown name")
-            << QStringList{"Weekly", "friday"} << DateSerial(2026, 3, 6) << false;
-        QTest::newRow("monthly, a month without it")
-            << QStringList{"Monthly", "31"} << DateSerial(2026, 4, 30) << false;
-        QTest::newRow("yearly, leap day")
-            << QStringList{"Yearly", "29", "2"} << DateSerial(2028, 2, 29) << true;
-        QTest::newRow("yearly, leap day in another year")
-            << QStringList{"Yearly", "29", "2"} << DateSerial(2027, 3, 1) << false;
-        QTest::newRow("daily") << QStringList{"Daily"} << DateSerial(1999, 12, 31) << true;
-        QTest::newRow("unknown kind") << QStringList{"Hourly"} << DateSerial(2026, 3, 6) << false;
-    }
-    void recurrenceFallsOnTheCalendarsDays()
-    {
-        QFETCH(QStringList, event);
-        QFETCH(rt::Date, date);
-        event.resize(3);
-        store::Model model;
-        model.recurring = {{}, {event[0], event[1], event[2], "00:00", "memo", "Home"}};
-        QTEST(eventstext::fallsOn(model.recurring[1], date), "listed");
-    }
-
     void printsADateAndARange_data()
     {
         QTest::addColumn<rt::Date>("to");
