@@ -1,11 +1,12 @@
-#include "runtime/Application.h"
 #include "shell/SingleInstance.h"
 #include "shell/frmSplash.h"
 #include "shell/frmtask.h"
 
+#include <QApplication>
+
 int main(int argc, char **argv)
 {
-    rt::Application app(argc, argv);
+    QApplication app(argc, argv);
     app.setApplicationName(QStringLiteral("ORVA Calendar"));
     // The launcher's name, by which Wayland desktops find the program's icon.
     app.setDesktopFileName(QStringLiteral("orva-calendar"));

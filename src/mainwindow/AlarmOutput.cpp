@@ -2,6 +2,7 @@
 
 #include "dialogs/frmalarm.h"
 #include "mainwindow/ActionLauncher.h"
+#include "runtime/RuntimeError.h"
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -41,7 +42,7 @@ void AlarmOutput::showRecurringAlarm(const Alarm &alarm, std::function<void()> c
     if (window.isVisible())
         window.hide();
     window.setWindowModality(Qt::ApplicationModal);
-    QObject::connect(&window, &QDialog::finished, &window, std::move(closed),
+    QObject::connect(&window, &QDialog::finished, &window, rt::guard(std::move(closed)),
                      Qt::SingleShotConnection);
     window.show();
     window.raise();

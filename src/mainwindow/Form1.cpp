@@ -98,7 +98,8 @@ void Form1::createControls()
 
     cal_ = new UserControl1(central);
     cal_->setObjectName(QStringLiteral("Cal"));
-    connect(cal_, &UserControl1::DateRClick, this, &Form1::Cal_DateRClick);
+    connect(cal_, &UserControl1::DateRClick, this,
+            [this](rt::Date date) { rt::guarded([&] { Cal_DateRClick(date); }); });
     connect(cal_, &UserControl1::DateDblClick, this, &Form1::Cal_DateDblClick);
     connect(cal_, &UserControl1::YearChanged, this, &Form1::Cal_YearChanged);
     cal_->setAccessibleName(QStringLiteral("Year calendar"));
@@ -126,7 +127,7 @@ void Form1::createControls()
     timer1_ = new QTimer(this);
     timer1_->setObjectName(QStringLiteral("Timer1"));
     timer1_->setInterval(40);
-    connect(timer1_, &QTimer::timeout, this, &Form1::Timer1_Timer);
+    connect(timer1_, &QTimer::timeout, this, rt::guard([this] { Timer1_Timer(); }));
     timer2_ = new QTimer(this);
     timer2_->setObjectName(QStringLiteral("Timer2"));
     timer2_->setInterval(40);
@@ -312,7 +313,7 @@ void Form1::Cal_DateRClick(rt::Date date)
         QAction *action = addItem(rclick_, qPrintable(QStringLiteral("n1_%1").arg(index)),
                                   menuText(item.caption));
         action->setData(item.caption);
-        connect(action, &QAction::triggered, this, [this, index] { n1_Click(index); });
+        connect(action, &QAction::triggered, this, rt::guard([this, index] { n1_Click(index); }));
         n1_.append(action);
         popupTexts_.append(item.text);
     }

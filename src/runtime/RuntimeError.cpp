@@ -2,6 +2,7 @@
 
 #include "runtime/MsgBox.h"
 
+#include <QScopedValueRollback>
 #include <cstdlib>
 #include <utility>
 
@@ -63,6 +64,15 @@ void reportFatal(const RuntimeError &error)
         recorder()(error);
     MsgBox(runtimeErrorText(error), vbCritical, appTitle());
     End(kRuntimeErrorExitCode);
+}
+
+void reportFatalOnce(const RuntimeError &error)
+{
+    static bool reporting = false;
+    if (reporting)
+        return;
+    const QScopedValueRollback rollback(reporting, true);
+    reportFatal(error);
 }
 
 void setFatalErrorRecorder(std::function<void(const RuntimeError &)> record)

@@ -4,12 +4,13 @@
 #include <exception>
 #include <functional>
 #include <optional>
+#include <utility>
 
 namespace rt
 {
 
 // An error raised the way the original run-time raised them. Nothing in the program traps
-// it; the top-level handler reports it and ends the program.
+// it; guarded() reports it where Qt called in, and ends the program.
 class RuntimeError : public std::exception
 {
 public:
@@ -56,7 +57,7 @@ private:
     std::optional<RuntimeError> error_;
 };
 
-// The text of the box the top-level handler shows: "Run-time error '13':", a blank line,
+// The text of the box guarded() shows: "Run-time error '13':", a blank line,
 // then the description.
 QString runtimeErrorText(const RuntimeError &error);
 
@@ -64,6 +65,27 @@ QString runtimeErrorText(const RuntimeError &error);
 // kRuntimeErrorExitCode.
 constexpr int kRuntimeErrorExitCode = 1;
 [[noreturn]] void reportFatal(const RuntimeError &error);
+
+// reportFatal, unless an earlier error's box is still up; then it returns.
+void reportFatalOnce(const RuntimeError &error);
+
+// Runs a handler where Qt calls the program's code. A run-time error it raises is reported
+// there and ends the program, since no exception may cross Qt's event loop. The error box
+// keeps the loop running: a handler that fails again meanwhile shows no second box.
+template <typename Handler> void guarded(Handler &&handler)
+{
+    try {
+        handler();
+    } catch (const RuntimeError &error) {
+        reportFatalOnce(error);
+    }
+}
+
+// guarded() as a slot, for a signal whose arguments the handler does not take.
+template <typename Handler> auto guard(Handler handler)
+{
+    return [handler = std::move(handler)]() mutable { guarded(handler); };
+}
 
 // Runs first in reportFatal, before the box: what the program keeps of the error must be
 // written while it still runs. An empty function removes it.

@@ -3,6 +3,7 @@
 #include "dialogs/DialogSupport.h"
 #include "dialogs/ZOrder.h"
 #include "runtime/MsgBox.h"
+#include "runtime/RuntimeError.h"
 #include "shell/EventsText.h"
 #include "shell/Printing.h"
 #include "store/Files.h"
@@ -42,7 +43,8 @@ frmPrint::frmPrint(rt::Date selectedDate, QWidget *parent) : QDialog(parent)
 
     connect(Option1, &QRadioButton::clicked, this, &frmPrint::Option1_Click);
     connect(Option2, &QRadioButton::clicked, this, &frmPrint::Option2_Click);
-    connect(OKButton, &QPushButton::clicked, this, &frmPrint::OKButton_Click);
+    // A monthly day that is no number ends the program here, as in the day popup.
+    connect(OKButton, &QPushButton::clicked, this, rt::guard([this] { OKButton_Click(); }));
     connect(CancelButton, &QPushButton::clicked, this, &frmPrint::CancelButton_Click);
 
     auto *grid = new QGridLayout(this);

@@ -81,7 +81,7 @@ void UserControl1::createChildren()
     label12_->setFont(calendarFont(kYearFontPoints, true));
     label12_->setAlignment(Qt::AlignCenter);
     label12_->setGeometry(pixels(yearBox()));
-    connect(label12_, &QLineEdit::returnPressed, this, [this] { Label12_KeyPress(13); });
+    connect(label12_, &QLineEdit::returnPressed, this, rt::guard([this] { Label12_KeyPress(13); }));
 
     // The left button goes a year forward and the right one a year back; the captions say
     // so, where arrows would promise the opposite.
@@ -90,13 +90,13 @@ void UserControl1::createChildren()
     cmdLeft_->setToolTip("Next year");
     cmdLeft_->setAccessibleName("Next year");
     cmdLeft_->setGeometry(pixels(leftButtonBox()));
-    connect(cmdLeft_, &QPushButton::clicked, this, &UserControl1::cmdLeft_Click);
+    connect(cmdLeft_, &QPushButton::clicked, this, rt::guard([this] { cmdLeft_Click(); }));
     cmdRight_ = new QPushButton(QString(QChar(0x2212)), this);
     cmdRight_->setObjectName("cmdRight");
     cmdRight_->setToolTip("Previous year");
     cmdRight_->setAccessibleName("Previous year");
     cmdRight_->setGeometry(pixels(rightButtonBox()));
-    connect(cmdRight_, &QPushButton::clicked, this, &UserControl1::cmdRight_Click);
+    connect(cmdRight_, &QPushButton::clicked, this, rt::guard([this] { cmdRight_Click(); }));
     for (QPushButton *button : {cmdLeft_, cmdRight_})
         button->setFont(calendarFont(kButtonFontPoints, true));
 
@@ -253,7 +253,10 @@ void UserControl1::paintEvent(QPaintEvent *event)
 
 void UserControl1::keyPressEvent(QKeyEvent *event)
 {
-    if (tabStop_ < 0 || !cells_[tabStop_]->hasFocus() || !dayKey(event->key(), event->modifiers()))
+    bool handled = false;
+    if (tabStop_ >= 0 && cells_[tabStop_]->hasFocus())
+        rt::guarded([&] { handled = dayKey(event->key(), event->modifiers()); });
+    if (!handled)
         QWidget::keyPressEvent(event);
 }
 

@@ -6,7 +6,6 @@
 #include "runtime/DateText.h"
 #include "store/ini.h"
 
-#include <QApplication>
 #include <QTreeWidget>
 
 namespace
@@ -218,11 +217,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QApplication app(argc, argv);
-    TstBackups test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(TstBackups)
 
 #include "tst_backups.moc"

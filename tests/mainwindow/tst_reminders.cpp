@@ -3,7 +3,6 @@
 #include "mainwindow/AlarmOutput.h"
 #include "mainwindow/Form1.h"
 #include "mainwindow/ReminderCheck.h"
-#include "runtime/Application.h"
 #include "runtime/Clock.h"
 #include "runtime/DateText.h"
 #include "runtime/MsgBox.h"
@@ -378,28 +377,8 @@ private slots:
         QVERIFY(!alarm->isVisible());
         rt::Clock::setSource({});
     }
-
-    // The tick traps nothing: the run-time's handler shows the error and ends the program.
-    void tickErrorEndsTheProgram()
-    {
-        rt::Clock::setSource([] { return at("2026-03-03 12:00"); });
-        writeStore(counts(1, 1) + oneOff(1, "1/1/2026", "00:00", "plain") +
-                   rec("Yearly", "29", "2", "00:00", "Leap"));
-        Form1 form;
-        form.Form_Load();
-        rt::MsgBoxRecorder boxes;
-        const int exitCode = exitCodeOf([&] { sendTimer1(form); });
-        rt::Clock::setSource({});
-        QCOMPARE(exitCode, rt::kRuntimeErrorExitCode);
-        QCOMPARE(shownBoxes(boxes), "Run-time error '13':\n\nType mismatch|16");
-    }
 };
 
-int main(int argc, char **argv)
-{
-    rt::Application app(argc, argv);
-    TstReminders test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(TstReminders)
 
 #include "tst_reminders.moc"

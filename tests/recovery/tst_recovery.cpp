@@ -1,7 +1,6 @@
 #include "Fixtures.h"
 #include "mainwindow/Form1.h"
 #include "recovery/Fault.h"
-#include "runtime/Application.h"
 #include "runtime/Clock.h"
 #include "runtime/DateText.h"
 #include "store/ini.h"
@@ -95,11 +94,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    rt::Application app(argc, argv);
-    TstRecovery test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(TstRecovery)
 
 #include "tst_recovery.moc"

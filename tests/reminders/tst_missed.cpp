@@ -4,7 +4,6 @@
 #include "reminders/frmMissed.h"
 #include "runtime/DateText.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -154,11 +153,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QApplication app(argc, argv);
-    TstMissed test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(TstMissed)
 
 #include "tst_missed.moc"

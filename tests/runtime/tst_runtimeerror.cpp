@@ -1,9 +1,9 @@
 #include "Fixtures.h"
-#include "runtime/Application.h"
 #include "runtime/MsgBox.h"
 #include "runtime/RuntimeError.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
@@ -61,13 +61,14 @@ private slots:
         QCOMPARE(shown, QStringLiteral("ORVA Calendar|Saved."));
     }
 
-    void timerErrorIsReportedOnce()
+    // A timer whose handler fails on every tick: the box keeps the loop running, the
+    // ticks meanwhile show no second box, and the program ends with the error's status.
+    void guardedErrorIsReportedOnce()
     {
         QTimer timer;
-        connect(&timer, &QTimer::timeout, [] { throw rt::RuntimeError::overflow(); });
+        connect(&timer, &QTimer::timeout, rt::guard([] { throw rt::RuntimeError::overflow(); }));
         timer.start(60000);
         rt::MsgBoxRecorder recorder;
-        // The tick comes round once more while the error box is up.
         QTimerEvent tick(timer.timerId());
         recorder.onShow = [&, again = true](const rt::MsgBoxCall &) mutable {
             if (std::exchange(again, false))
@@ -76,14 +77,13 @@ private slots:
         QCOMPARE(exitCodeOf([&] { QCoreApplication::sendEvent(&timer, &tick); }),
                  rt::kRuntimeErrorExitCode);
         QCOMPARE(shownBoxes(recorder), "Run-time error '6':\n\nOverflow|16");
+        // Once ended, a later error is reported again.
+        QCOMPARE(exitCodeOf([] { rt::guarded([] { throw rt::RuntimeError::typeMismatch(); }); }),
+                 rt::kRuntimeErrorExitCode);
+        QCOMPARE(recorder.calls.size(), 2);
     }
 };
 
-int main(int argc, char **argv)
-{
-    rt::Application app(argc, argv);
-    TstRuntimeError test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(TstRuntimeError)
 
 #include "tst_runtimeerror.moc"
