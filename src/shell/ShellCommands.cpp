@@ -1,8 +1,8 @@
 #include "shell/ShellCommands.h"
 
 #include "backup/frmRestore.h"
+#include "dialogs/EventDialogs.h"
 #include "mainwindow/Form1.h"
-#include "runtime/Clock.h"
 #include "shell/HelpWindow.h"
 #include "shell/Links.h"
 #include "shell/Printing.h"
@@ -29,8 +29,7 @@ ShellCommands::~ShellCommands()
 
 void ShellCommands::print()
 {
-    const rt::Date date = form_->selectedDate() != 0 ? form_->selectedDate() : rt::Clock::Today();
-    frmPrint window(date, form_);
+    frmPrint window(startingDate(*form_), form_);
     window.exec();
 }
 

@@ -1,6 +1,7 @@
 #include "shell/frmtask.h"
 
 #include "backup/Backups.h"
+#include "dialogs/EventDialogs.h"
 #include "dialogs/frmalarm.h"
 #include "ical/IcalCommands.h"
 #include "logo3d/LogoFrames.h"
@@ -8,7 +9,6 @@
 #include "recovery/CrashRecord.h"
 #include "recovery/Recovery.h"
 #include "shell/AppIcon.h"
-#include "shell/EventDialogs.h"
 #include "shell/ShellCommands.h"
 
 #include <QApplication>

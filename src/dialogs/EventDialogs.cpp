@@ -1,4 +1,4 @@
-#include "shell/EventDialogs.h"
+#include "dialogs/EventDialogs.h"
 
 #include "dialogs/Dialog.h"
 #include "dialogs/frmCust.h"
@@ -9,17 +9,11 @@
 #include "mainwindow/Form1.h"
 #include "runtime/Clock.h"
 
-namespace
+// Today is the likelier wish than 30 December 1899.
+rt::Date startingDate(const Form1 &form)
 {
-
-// Before the first double or right click on a day no date is selected; today is the
-// likelier wish than 30 December 1899.
-rt::Date startingDate(const Form1 *form)
-{
-    return form->selectedDate() != 0 ? form->selectedDate() : rt::Clock::Today();
+    return form.selectedDate() != 0 ? form.selectedDate() : rt::Clock::Today();
 }
-
-} // namespace
 
 EventDialogs::EventDialogs(Form1 *form) : QObject(form), form_(form)
 {
@@ -39,14 +33,14 @@ void EventDialogs::backToMainWindow()
 
 void EventDialogs::add()
 {
-    Dialog dialog(form_->model(), startingDate(form_), form_);
+    Dialog dialog(form_->model(), startingDate(*form_), form_);
     dialog.exec();
     backToMainWindow();
 }
 
 void EventDialogs::modify(bool recurring, int n, QWidget *parent)
 {
-    Dialog dialog(form_->model(), startingDate(form_), parent);
+    Dialog dialog(form_->model(), startingDate(*form_), parent);
     if (recurring)
         dialog.RModi(n);
     else
@@ -64,7 +58,7 @@ void EventDialogs::modi(const QString &text, QWidget *parent)
 
 void EventDialogs::remove()
 {
-    frmRemove dialog(startingDate(form_), form_);
+    frmRemove dialog(startingDate(*form_), form_);
     dialog.exec();
     backToMainWindow();
 }

@@ -1,10 +1,16 @@
 #pragma once
 
+#include "runtime/DateTime.h"
+
 #include <QObject>
 #include <QString>
 
 class Form1;
 class QWidget;
+
+// The date the event and print windows start on: the main window's selected date, or
+// today before the first double or right click on a day has selected one.
+rt::Date startingDate(const Form1 &form);
 
 // Opens the event windows for the main window's menus, legend and calendar, each modal.
 // The windows write the store; the main window reloads it when it is active again.
