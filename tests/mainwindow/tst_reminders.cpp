@@ -339,7 +339,7 @@ private slots:
         check.setModel(model);
         check.tick(at("2026-03-03 12:00"));
         QFile log(dir + "/started.log");
-        QTRY_VERIFY_WITH_TIMEOUT(log.exists(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(log.exists(), 60000);
         QVERIFY(log.open(QIODevice::ReadOnly));
         QCOMPARE(QString::fromUtf8(log.readAll()), path + "\n0\n" + dir + "\n");
         for (const char *name : {"p1", "p2"})
