@@ -15,6 +15,13 @@ QString yearlyText(const store::RecurringEvent &event, int year)
     return event.month + QLatin1Char('/') + event.day + QLatin1Char('/') + QString::number(year);
 }
 
+// Whether the yearly date, built in the date's own year, is the date; never raises.
+bool yearlyInItsOwnYear(const store::RecurringEvent &event, rt::Date date)
+{
+    const auto on = rt::parseDate(yearlyText(event, rt::Year(date)));
+    return on && *on == date;
+}
+
 // Sunday = 1; 0 for a text that is none of the stored names.
 int storedWeekday(const QString &day)
 {
@@ -49,10 +56,8 @@ bool inRemoveWindow(const store::RecurringEvent &event, rt::Date date)
         double day = 0;
         return rt::tryCDbl(event.day, day) && day == rt::Day(date);
     }
-    if (event.type == store::kYearly) {
-        const auto on = rt::parseDate(yearlyText(event, rt::Year(date)));
-        return on && *on == date;
-    }
+    if (event.type == store::kYearly)
+        return yearlyInItsOwnYear(event, date);
     return event.type == store::kDaily;
 }
 
@@ -62,10 +67,8 @@ bool inPrintedList(const store::RecurringEvent &event, rt::Date date)
         return storedWeekday(event.day) == rt::Weekday(date);
     if (event.type == store::kMonthly)
         return rt::numberEqualsText(rt::Day(date), event.day);
-    if (event.type == store::kYearly) {
-        const auto on = rt::parseDate(yearlyText(event, rt::Year(date)));
-        return on && *on == date;
-    }
+    if (event.type == store::kYearly)
+        return yearlyInItsOwnYear(event, date);
     return event.type == store::kDaily;
 }
 
