@@ -54,93 +54,72 @@ private slots:
         QTest::addColumn<QByteArray>("lines");
         QTest::addColumn<QString>("expected");
         QTest::addColumn<QString>("note");
-
-        QTest::newRow("floating time") << vevent("DTSTART:20260314T093000\r\nSUMMARY:Dentist\r\n"
-                                                 "CATEGORIES:Health,Teeth\r\n")
-                                       << "One-off 3/14/2026 9:30 AM Dentist [Health]"
-                                       << "";
-        QTest::newRow("all day, three days")
-            << vevent(
-                   "DTSTART;VALUE=DATE:20260704\r\nDTEND;VALUE=DATE:20260707\r\nSUMMARY:Trip\r\n")
-            << "One-off 7/4/2026 00:00 Trip []"
-            << "lasts 3 days";
-        QTest::newRow("UTC") << vevent("DTSTART:20260314T230000Z\r\nSUMMARY:Late\r\n")
-                             << "One-off 3/15/2026 00:00 Late []"
-                             << "midnight";
-        QTest::newRow("named zone")
-            << vevent("DTSTART;TZID=America/New_York:20260314T090000\r\nSUMMARY:Call\r\n")
-            << "One-off 3/14/2026 2:00 PM Call []"
-            << "";
-        QTest::newRow("unknown zone")
-            << vevent("DTSTART;TZID=Mars/Olympus:20260314T090000\r\nSUMMARY:Call\r\n")
-            << "Not imported: its time zone \"Mars/Olympus\" is unknown"
-            << "";
-        QTest::newRow("invalid date") << vevent("DTSTART:20260230T100000\r\nSUMMARY:Bad\r\n")
-                                      << "Not imported: it has no valid start date"
-                                      << "";
-        QTest::newRow("no start") << vevent("SUMMARY:Bad\r\n")
-                                  << "Not imported: it has no valid start date"
-                                  << "";
-        QTest::newRow("daily")
-            << vevent("DTSTART:20250101T080000\r\nRRULE:FREQ=DAILY\r\nSUMMARY:Pills\r\n")
-            << "Daily every day 8:00 AM Pills []"
-            << "";
-        QTest::newRow("weekly by day")
-            << vevent("DTSTART:20260107T180000\r\nRRULE:FREQ=WEEKLY;BYDAY=MO\r\nSUMMARY:Gym\r\n")
-            << "Weekly every Monday 6:00 PM Gym []"
-            << "";
-        QTest::newRow("weekly, start's day")
-            << vevent("DTSTART;VALUE=DATE:20260107\r\nRRULE:FREQ=WEEKLY\r\nSUMMARY:Bins\r\n")
-            << "Weekly every Wednesday 00:00 Bins []"
-            << "";
-        QTest::newRow("monthly") << vevent("DTSTART;VALUE=DATE:20260131\r\nRRULE:FREQ=MONTHLY\r\n"
-                                           "SUMMARY:Rent\r\n")
-                                 << "Monthly day 31 of every month 00:00 Rent []"
-                                 << "";
-        QTest::newRow("yearly") << vevent("DTSTART;VALUE=DATE:19800314\r\nRRULE:FREQ=YEARLY;"
-                                          "BYMONTH=3;BYMONTHDAY=14\r\nSUMMARY:Birthday\r\n")
-                                << "Yearly every March 14 00:00 Birthday []"
-                                << "";
-        QTest::newRow("yearly on 29 February")
-            << vevent("DTSTART;VALUE=DATE:20240229\r\nRRULE:FREQ=YEARLY\r\nSUMMARY:Leap\r\n")
-            << "One-off 2/29/2028 00:00 Leap []"
-            << "29 February";
-        QTest::newRow("count")
-            << vevent("DTSTART:20260105T090000\r\nRRULE:FREQ=WEEKLY;COUNT=2\r\nSUMMARY:Course\r\n")
-            << "One-off 1/5/2026 9:00 AM Course (1/5/2026) []\n"
-               "One-off 1/12/2026 9:00 AM Course (1/12/2026) []"
-            << "COUNT";
-        QTest::newRow("exdate") << vevent(
-                                       "DTSTART;VALUE=DATE:20271229\r\nRRULE:FREQ=DAILY;COUNT=3\r\n"
-                                       "EXDATE;VALUE=DATE:20271230\r\nSUMMARY:Off\r\n")
-                                << "One-off 12/29/2027 00:00 Off (12/29/2027) []\n"
-                                   "One-off 12/31/2027 00:00 Off (12/31/2027) []"
-                                << "EXDATE";
-        QTest::newRow("nth weekday, one in range")
-            << vevent("DTSTART;VALUE=DATE:20280514\r\nRRULE:FREQ=YEARLY;BYMONTH=5;BYDAY=2SU\r\n"
-                      "SUMMARY:Mother's Day\r\n")
-            << "One-off 5/14/2028 00:00 Mother's Day []"
-            << "has no equal";
-        QTest::newRow("no date in range")
-            << vevent("DTSTART;VALUE=DATE:20200101\r\nRRULE:FREQ=DAILY;COUNT=3\r\nSUMMARY:Old\r\n")
-            << "Not imported: it ends after 3 times (COUNT); it has no date from 2026 to 2028"
-            << "";
-        QTest::newRow("hourly")
-            << vevent("DTSTART:20260101T080000\r\nRRULE:FREQ=HOURLY\r\nSUMMARY:H\r\n")
-            << "Not imported: it repeats within a day, which the calendar cannot"
-            << "";
-        QTest::newRow("line breaks")
-            << vevent("DTSTART;VALUE=DATE:20260101\r\nSUMMARY:Two\\nlines\r\n")
-            << "One-off 1/1/2026 00:00 Two lines []"
-            << "line breaks";
-        QTest::newRow("long memo")
-            << vevent("DTSTART;VALUE=DATE:20260101\r\nSUMMARY:" + QByteArray(300, 'm') + "\r\n")
-            << "One-off 1/1/2026 00:00 " + QString(254, 'm') + " []"
-            << "cut to 254";
-        QTest::newRow("action") << vevent("DTSTART:20260101T120000\r\nSUMMARY:run.exe\r\nX-ORVA-"
-                                          "ACTION:C:\\\\Tools\\\\run.exe\r\n")
-                                << "One-off 1/1/2026 12:00 PM &**C:\\Tools\\run.exe []"
-                                << "";
+        const auto row = [](const char *name, const QByteArray &lines, const QString &expected,
+                            const char *note = "") {
+            QTest::newRow(name) << vevent(lines) << expected << QString(note);
+        };
+        row("floating time",
+            "DTSTART:20260314T093000\r\nSUMMARY:Dentist\r\n"
+            "CATEGORIES:Health,Teeth\r\n",
+            "One-off 3/14/2026 9:30 AM Dentist [Health]");
+        row("all day, three days",
+            "DTSTART;VALUE=DATE:20260704\r\nDTEND;VALUE=DATE:20260707\r\nSUMMARY:Trip\r\n",
+            "One-off 7/4/2026 00:00 Trip []", "lasts 3 days");
+        row("UTC", "DTSTART:20260314T230000Z\r\nSUMMARY:Late\r\n",
+            "One-off 3/15/2026 00:00 Late []", "midnight");
+        row("named zone", "DTSTART;TZID=America/New_York:20260314T090000\r\nSUMMARY:Call\r\n",
+            "One-off 3/14/2026 2:00 PM Call []");
+        row("unknown zone", "DTSTART;TZID=Mars/Olympus:20260314T090000\r\nSUMMARY:Call\r\n",
+            "Not imported: its time zone \"Mars/Olympus\" is unknown");
+        row("invalid date", "DTSTART:20260230T100000\r\nSUMMARY:Bad\r\n",
+            "Not imported: it has no valid start date");
+        row("no start", "SUMMARY:Bad\r\n", "Not imported: it has no valid start date");
+        row("daily", "DTSTART:20250101T080000\r\nRRULE:FREQ=DAILY\r\nSUMMARY:Pills\r\n",
+            "Daily every day 8:00 AM Pills []");
+        row("weekly by day",
+            "DTSTART:20260107T180000\r\nRRULE:FREQ=WEEKLY;BYDAY=MO\r\nSUMMARY:Gym\r\n",
+            "Weekly every Monday 6:00 PM Gym []");
+        row("weekly, start's day",
+            "DTSTART;VALUE=DATE:20260107\r\nRRULE:FREQ=WEEKLY\r\nSUMMARY:Bins\r\n",
+            "Weekly every Wednesday 00:00 Bins []");
+        row("monthly",
+            "DTSTART;VALUE=DATE:20260131\r\nRRULE:FREQ=MONTHLY\r\n"
+            "SUMMARY:Rent\r\n",
+            "Monthly day 31 of every month 00:00 Rent []");
+        row("yearly",
+            "DTSTART;VALUE=DATE:19800314\r\nRRULE:FREQ=YEARLY;"
+            "BYMONTH=3;BYMONTHDAY=14\r\nSUMMARY:Birthday\r\n",
+            "Yearly every March 14 00:00 Birthday []");
+        row("yearly on 29 February",
+            "DTSTART;VALUE=DATE:20240229\r\nRRULE:FREQ=YEARLY\r\nSUMMARY:Leap\r\n",
+            "One-off 2/29/2028 00:00 Leap []", "29 February");
+        row("count", "DTSTART:20260105T090000\r\nRRULE:FREQ=WEEKLY;COUNT=2\r\nSUMMARY:Course\r\n",
+            "One-off 1/5/2026 9:00 AM Course (1/5/2026) []\n"
+            "One-off 1/12/2026 9:00 AM Course (1/12/2026) []",
+            "COUNT");
+        row("exdate",
+            "DTSTART;VALUE=DATE:20271229\r\nRRULE:FREQ=DAILY;COUNT=3\r\n"
+            "EXDATE;VALUE=DATE:20271230\r\nSUMMARY:Off\r\n",
+            "One-off 12/29/2027 00:00 Off (12/29/2027) []\n"
+            "One-off 12/31/2027 00:00 Off (12/31/2027) []",
+            "EXDATE");
+        row("nth weekday, one in range",
+            "DTSTART;VALUE=DATE:20280514\r\nRRULE:FREQ=YEARLY;BYMONTH=5;BYDAY=2SU\r\n"
+            "SUMMARY:Mother's Day\r\n",
+            "One-off 5/14/2028 00:00 Mother's Day []", "has no equal");
+        row("no date in range",
+            "DTSTART;VALUE=DATE:20200101\r\nRRULE:FREQ=DAILY;COUNT=3\r\nSUMMARY:Old\r\n",
+            "Not imported: it ends after 3 times (COUNT); it has no date from 2026 to 2028");
+        row("hourly", "DTSTART:20260101T080000\r\nRRULE:FREQ=HOURLY\r\nSUMMARY:H\r\n",
+            "Not imported: it repeats within a day, which the calendar cannot");
+        row("line breaks", "DTSTART;VALUE=DATE:20260101\r\nSUMMARY:Two\\nlines\r\n",
+            "One-off 1/1/2026 00:00 Two lines []", "line breaks");
+        row("long memo", "DTSTART;VALUE=DATE:20260101\r\nSUMMARY:" + QByteArray(300, 'm') + "\r\n",
+            "One-off 1/1/2026 00:00 " + QString(254, 'm') + " []", "cut to 254");
+        row("action",
+            "DTSTART:20260101T120000\r\nSUMMARY:run.exe\r\nX-ORVA-"
+            "ACTION:C:\\\\Tools\\\\run.exe\r\n",
+            "One-off 1/1/2026 12:00 PM &**C:\\Tools\\run.exe []");
     }
 
     void mapping()

@@ -97,15 +97,13 @@ private slots:
     void timeline_data()
     {
         QTest::addColumn<QByteArray>("store");
-        QTest::addColumn<QString>("locale");
         QTest::addColumn<QString>("ticks"); // a time alone is on the date before it
         QTest::addColumn<QString>("marks");
         QTest::addColumn<QString>("last");
 
         const auto row = [](const char *name, const QByteArray &store, const char *ticks,
-                            const char *marks, const char *last, const char *locale = "en_US") {
-            QTest::newRow(name) << store << QString(locale) << QString(ticks) << QString(marks)
-                                << QString(last);
+                            const char *marks, const char *last) {
+            QTest::newRow(name) << store << QString(ticks) << QString(marks) << QString(last);
         };
         const QByteArray plain = counts(1, 1) + oneOff(1, "1/1/2026", "00:00", "plain");
         row("timed one-off: first tick of its minute, never again that day",
@@ -158,9 +156,7 @@ private slots:
     void timeline()
     {
         QFETCH(QByteArray, store);
-        QFETCH(QString, locale);
         QFETCH(QString, ticks);
-        rt::RtLocale::setForTest(QLocale(locale));
         writeStore(store);
         const store::Model model = store::loadModel();
         Recorder out;

@@ -8,7 +8,6 @@
 #include "shell/frmtask.h"
 #include "store/Files.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QFile>
 #include <QLabel>
