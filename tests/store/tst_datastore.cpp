@@ -46,54 +46,33 @@ private slots:
         QCOMPARE(TestFolder::data(), crlf("[rcount]\nc=3\n[r3]\n") + keys);
     }
 
-    // Modifying event 1 of 3 sends its memo to section 4 and leaves the count alone.
-    void modifiedEventMemoGoesPastTheEnd()
-    {
-        TestFolder::setData("[count]\nc=3\n[1]\nDate=1/1/2004\nTime=00:00\n"
-                            "Memo=old\nCat=A\n");
-        writeModifiedEvent(1, 3, {"2/2/2004", "9:00 AM", "new", "B"});
-        QCOMPARE(TestFolder::data(),
-                 crlf("[count]\nc=3\n[1]\nDate=2/2/2004\nTime=9:00 AM\nMemo=old\nCat=B\n"
-                      "[4]\nMemo=new\n"));
-    }
-
-    void modifiedRecurringLowersTheCount()
-    {
-        TestFolder::setData("[rcount]\nc=5\n");
-        writeModifiedRecurring(2, {kDaily, "", "", "9:00 AM", "m", "c"});
-        QCOMPARE(readCount(kRecurringCountSection), 2);
-    }
-
+    // Later events move down one; the last one's section stays behind.
     void removeEvent_data()
     {
         QTest::addColumn<int>("k");
-        QTest::addColumn<QByteArray>("expected");
-        const QByteArray tail = crlf("[3]\nDate=3\nTime=t3\nMemo=m3\nCat=c3\n"
-                                     "[4]\nDate=4\nTime=t4\nMemo=m4\nCat=c4\n");
-        QTest::newRow("2 of 4") << 2
-                                << crlf("[count]\nc=3\n[1]\nDate=1\nTime=t1\nMemo=m1\nCat=c1\n"
-                                        "[2]\nDate=3\nTime=t3\nMemo=m3\nCat=c3\n"
-                                        "[3]\nDate=4\nTime=t4\nMemo=m4\nCat=c4\n"
-                                        "[4]\nDate=4\nTime=t4\nMemo=m4\nCat=c4\n");
-        QTest::newRow("last") << 4
-                              << crlf("[count]\nc=3\n[1]\nDate=1\nTime=t1\nMemo=m1\nCat=c1\n"
-                                      "[2]\nDate=2\nTime=t2\nMemo=m2\nCat=c2\n") +
-                                     tail;
+        QTest::addColumn<QList<int>>("held"); // the event each section holds afterwards
+        QTest::newRow("2 of 4") << 2 << QList<int>{1, 3, 4, 4};
+        QTest::newRow("last") << 4 << QList<int>{1, 2, 3, 4};
     }
     void removeEvent()
     {
         QFETCH(int, k);
+        QFETCH(QList<int>, held);
+        const auto section = [](int n, int of) {
+            return crlf(
+                QString("[%1]\nDate=%2\nTime=t%2\nMemo=m%2\nCat=c%2\n").arg(n).arg(of).toLatin1());
+        };
         QList<EventRecord> events(1);
-        QByteArray before = crlf("[count]\nc=4\n");
+        QByteArray before = crlf("[count]\nc=4\n"), after = crlf("[count]\nc=3\n");
         for (int i = 1; i <= 4; ++i) {
             const QString n = QString::number(i);
             events.append({n, "t" + n, "m" + n, "c" + n});
-            before +=
-                crlf(qPrintable(QString("[%1]\nDate=%1\nTime=t%1\nMemo=m%1\nCat=c%1\n").arg(n)));
+            before += section(i, i);
+            after += section(i, held[i - 1]);
         }
         writeBytes(files::dataIni(), before);
         store::removeEvent(events, k);
-        QTEST(TestFolder::data(), "expected");
+        QCOMPARE(TestFolder::data(), after);
     }
 
     void removeRecurringKeyOrder()
@@ -211,24 +190,10 @@ private slots:
         QCOMPARE(memos.size(), 200);
     }
 
-    void passIni()
+    // Keys that are no character codes add nothing.
+    void damagedPasswordReadsAsNone()
     {
-        writePassIniCount();
-        QCOMPARE(readBytes(files::passIni()), crlf("[count]\nc=0\n"));
-    }
-
-    void noPassword_data()
-    {
-        QTest::addColumn<QByteArray>("file");
-        QTest::newRow("no file") << QByteArray();
-        QTest::newRow("zero") << crlf("[pcount]\nc=0\n[pass]\n1=65\n");
-        QTest::newRow("damaged codes") << crlf("[pcount]\nc=2\n[pass]\n1=x\n2=999\n");
-    }
-    void noPassword()
-    {
-        QFETCH(QByteArray, file);
-        if (!file.isEmpty())
-            writeBytes(files::dataIni(), file);
+        TestFolder::setData("[pcount]\nc=2\n[pass]\n1=x\n2=999\n");
         QCOMPARE(readPassword(), QString());
     }
 

@@ -78,7 +78,7 @@ private slots:
     }
 
     // The code page follows the user's language; a store written in it reads back in it, and
-    // one another program wrote in it shows its text.
+    // one another program wrote in it shows its text. One row for each way of converting.
     void codePages_data()
     {
         QTest::addColumn<QByteArray>("locale");
@@ -93,23 +93,11 @@ private slots:
         row("pl_PL.UTF-8", 1250, u"\u017B\u00F3\u0142\u0107 \u0142\u00F3d\u017A",
             "\xAF\xF3\xB3\xE6 \xB3\xF3"
             "d\x9F");
-        row("ru_RU.UTF-8", 1251, u"\u0421\u0442\u043E\u043C\u0430\u0442\u043E\u043B\u043E\u0433",
-            "\xD1\xF2\xEE\xEC\xE0\xF2\xEE\xEB\xEE\xE3");
-        row("el_GR.UTF-8", 1253,
-            u"\u039F\u03B4\u03BF\u03BD\u03C4\u03AF\u03B1\u03C4\u03C1\u03BF\u03C2",
-            "\xCF\xE4\xEF\xED\xF4\xDF\xE1\xF4\xF1\xEF\xF2");
-        row("tr_TR.UTF-8", 1254, u"Di\u015F hekimi \u011F", "Di\xFE hekimi \xF0");
-        row("he_IL.UTF-8", 1255, u"\u05E8\u05D5\u05E4\u05D0 \u05E9\u05D9\u05E0\u05D9\u05D9\u05DD",
-            "\xF8\xE5\xF4\xE0 \xF9\xE9\xF0\xE9\xE9\xED");
-        row("ar_EG.UTF-8", 1256, u"\u0637\u0628\u064A\u0628 \u0623\u0633\u0646\u0627\u0646",
-            "\xD8\xC8\xED\xC8 \xC3\xD3\xE4\xC7\xE4");
-        row("lt_LT.UTF-8", 1257, u"Dant\u0173 gydytojas", "Dant\xF8 gydytojas");
         row("vi_VN", 1258, u"Nha s\u0129", "Nha si\xDE");
         row("th_TH.UTF-8", 874, u"\u0E17\u0E31\u0E19\u0E15\u0E41\u0E1E\u0E17\u0E22\u0E4C",
             "\xB7\xD1\xB9\xB5\xE1\xBE\xB7\xC2\xEC");
         row("ja_JP.UTF-8", 932, u"\u6B6F\u533B\u8005", "\x8E\x95\x88\xE3\x8E\xD2");
         row("zh_CN.UTF-8", 936, u"\u7259\u533B", "\xD1\xC0\xD2\xBD");
-        row("ko_KR.UTF-8", 949, u"\uCE58\uACFC", "\xC4\xA1\xB0\xFA");
         row("zh_TW.UTF-8", 950, u"\u7259\u91AB", "\xA4\xFA\xC2\xE5");
     }
 
@@ -170,10 +158,8 @@ private slots:
         row("plain", B("[S]\r\nk=v\r\n"), "S", "k", "v");
         row("names ignore case", B("[Sec]\r\nKey=v\r\n"), "sEC", "kEY", "v");
         row("blanks around arguments", B("[S]\r\nk=v\r\n"), " \tS ", "  k\t", "v");
-        row("LF line ends", B("[S]\nk=v\nj=w\n"), "S", "j", "w");
         row("CR line ends", B("[S]\rk=v\rj=w\r"), "S", "j", "w");
         row("mixed line ends", B("[S]\r\nk=v\rj=w\nz=x"), "S", "z", "x");
-        row("no final line end", B("[S]\r\nk=v"), "S", "k", "v");
         row("NUL ends the value", B("[S]\r\nk=ab\0cd\r\n"), "S", "k", "ab");
         row("NUL before the =", B("[S]\r\nk\0=v\r\n"), "S", "k", d);
         row("NUL only ends its line", B("[S]\r\nx=1\0\r\nk=v\r\n"), "S", "k", "v");
@@ -183,12 +169,10 @@ private slots:
         row("text after ] ignored", B("[S] junk\r\nk=v\r\n"), "S", "k", "v");
         row("name runs to the last ]", B("[a]b] c\r\nk=v\r\n"), "a]b", "k", "v");
         row("[ without ] is no header", B("[S]\r\n[T\r\nk=v\r\n"), "S", "k", "v");
-        row("[ without ] is no section", B("[S]\r\n[T\r\nk=v\r\n"), "T", "k", d);
         row("[ line with = is a key", B("[S]\r\n[T=v\r\n"), "S", "[T", "v");
         row("split at the first =", B("[S]\r\nk=a=b\r\n"), "S", "k", "a=b");
         row("blanks trimmed", B("[S]\r\n \t k \t=\t v  v \t\r\n"), "S", "k", "v  v");
         row("line without = is no key", B("[S]\r\nk\r\n"), "S", "k", d);
-        row("comment", B("[S]\r\n;k=v\r\n"), "S", ";k", d);
         row("indented comment", B("[S]\r\n  ;k=v\r\n"), "S", ";k", d);
         row("; inside a value", B("[S]\r\nk=v ;c\r\n"), "S", "k", "v ;c");
         row("# is ordinary", B("[S]\r\n#k=v\r\n"), "S", "#k", "v");
@@ -197,22 +181,17 @@ private slots:
         row("first key wins", B("[S]\r\nk=1\r\nK=2\r\n"), "S", "k", "1");
         row("keys before the first header", B("k=1\r\n[S]\r\n"), "S", "k", d);
         row("keys under []", B("[]\r\nk=1\r\n[S]\r\n"), "S", "k", d);
-        row("quotes stripped", B("[S]\r\nd=\"val\"\r\n"), "S", "d", "val");
         row("quoted blanks kept", B("[S]\r\nd=\" a b \"\r\n"), "S", "d", " a b ");
         row("empty quotes", B("[S]\r\nd=\"\"\r\n"), "S", "d", "");
         row("single quotes", B("[S]\r\nd='v'\r\n"), "S", "d", "v");
         row("leading quote only", B("[S]\r\nd=\"val\r\n"), "S", "d", "\"val");
-        row("trailing quote only", B("[S]\r\nd=val\"\r\n"), "S", "d", "val\"");
         row("mixed quotes", B("[S]\r\nd=\"val'\r\n"), "S", "d", "\"val'");
         row("lone quote", B("[S]\r\nd=\"\r\n"), "S", "d", "\"");
-        row("empty value", B("[S]\r\nk=\r\n"), "S", "k", "");
         row("blank value", B("[S]\r\nk=   \r\n"), "S", "k", "");
         row("missing file", kMissing, "S", "k", d);
         row("missing section", B("[S]\r\nk=v\r\n"), "T", "k", d);
-        row("missing key", B("[S]\r\nk=v\r\n"), "S", "j", d);
         row("default loses trailing spaces", kMissing, "S", "k", "  one two", "  one two   ");
         row("empty default", B("[S]\r\n"), "S", "k", "", "");
-        row("300 characters", "[S]\r\nk=" + QByteArray(300, 'a') + "\r\n", "S", "k", a254);
         row("quoted 300 characters", "[S]\r\nk=\"" + QByteArray(300, 'a') + "\"\r\n", "S", "k",
             a254);
         row("long default", kMissing, "S", "k", a254, QString(400, u'a'));
@@ -253,73 +232,63 @@ private slots:
             QTest::newRow(name) << before << section << key << value << after;
         };
 
-        row("new file", kMissing, "App", "key", "string", B("[App]\r\nkey=string\r\n"));
-        row("existing key", B("; c\r\n\r\n[S]\r\n  Key = old \r\nx = 1\r\n"), "S", "key", "new",
-            B("; c\r\n\r\n[S]\r\nKey=new\r\nx = 1\r\n"));
+        row("new file", kMissing, "App", "key", "string", crlf("[App]\nkey=string\n"));
+        row("existing key", crlf("; c\n\n[S]\n  Key = old \nx = 1\n"), "S", "key", "new",
+            crlf("; c\n\n[S]\nKey=new\nx = 1\n"));
         row("other line ends kept", B("[S]\nk=1\nj=2\r"), "S", "K", "3", B("[S]\nk=3\r\nj=2\r"));
-        row("key on the last line", B("[S]\r\nk=1"), "S", "k", "2", B("[S]\r\nk=2\r\n"));
-        row("new key before blank lines", B("[S]\r\na=1\r\n\r\n\r\n[T]\r\nb=2\r\n"), "S", "c", "3",
-            B("[S]\r\na=1\r\nc=3\r\n\r\n\r\n[T]\r\nb=2\r\n"));
-        row("new key before the next header", B("[S]\r\na=1\r\n[T]\r\n"), "S", "c", "3",
-            B("[S]\r\na=1\r\nc=3\r\n[T]\r\n"));
-        row("new key after the last key line", B("[S]\r\na=1\r\nnokey\r\n;note\r\n"), "S", "c", "3",
-            B("[S]\r\na=1\r\nc=3\r\nnokey\r\n;note\r\n"));
-        row("new key in an empty section", B("[S]\r\n\r\n[T]\r\n"), "S", "c", "3",
-            B("[S]\r\nc=3\r\n\r\n[T]\r\n"));
-        row("new key after a header without line end", B("[S]"), "S", "c", "3",
-            B("[S]\r\nc=3\r\n"));
+        row("key on the last line", B("[S]\r\nk=1"), "S", "k", "2", crlf("[S]\nk=2\n"));
+        row("new key before blank lines", crlf("[S]\na=1\n\n\n[T]\nb=2\n"), "S", "c", "3",
+            crlf("[S]\na=1\nc=3\n\n\n[T]\nb=2\n"));
+        row("new key after the last key line", crlf("[S]\na=1\nnokey\n;note\n"), "S", "c", "3",
+            crlf("[S]\na=1\nc=3\nnokey\n;note\n"));
+        row("new key in an empty section", crlf("[S]\n\n[T]\n"), "S", "c", "3",
+            crlf("[S]\nc=3\n\n[T]\n"));
+        row("new key after a header without line end", "[S]", "S", "c", "3", crlf("[S]\nc=3\n"));
         row("new key after a key without line end", B("[S]\r\na=1"), "S", "c", "3",
-            B("[S]\r\na=1\r\nc=3\r\n"));
-        row("first section written", B("[S]\r\na=1\r\n[T]\r\n[s]\r\nb=2\r\n"), "S", "b", "9",
-            B("[S]\r\na=1\r\nb=9\r\n[T]\r\n[s]\r\nb=2\r\n"));
-        row("first key written", B("[S]\r\nk=1\r\nK=2\r\n"), "S", "k", "9",
-            B("[S]\r\nk=9\r\nK=2\r\n"));
-        row("key as spelled in the file", B("[S]\r\nMyKey=1\r\n"), "s", " mykey ", "2",
-            B("[S]\r\nMyKey=2\r\n"));
-        row("keys before the first header", B("a=1\r\n[S]\r\nb=2\r\n"), "S", "a", "3",
-            B("a=1\r\n[S]\r\nb=2\r\na=3\r\n"));
-        row("new section", B("[S]\r\na=1\r\n"), "T", "b", "2", B("[S]\r\na=1\r\n[T]\r\nb=2\r\n"));
+            crlf("[S]\na=1\nc=3\n"));
+        row("first section written", crlf("[S]\na=1\n[T]\n[s]\nb=2\n"), "S", "b", "9",
+            crlf("[S]\na=1\nb=9\n[T]\n[s]\nb=2\n"));
+        row("first key written", crlf("[S]\nk=1\nK=2\n"), "S", "k", "9", crlf("[S]\nk=9\nK=2\n"));
+        row("key as spelled in the file", crlf("[S]\nMyKey=1\n"), "s", " mykey ", "2",
+            crlf("[S]\nMyKey=2\n"));
+        row("keys before the first header", crlf("a=1\n[S]\nb=2\n"), "S", "a", "3",
+            crlf("a=1\n[S]\nb=2\na=3\n"));
         row("new section, no final line end", B("[S]\r\na=1"), "T", "b", "2",
-            B("[S]\r\na=1\r\n[T]\r\nb=2\r\n"));
-        row("new section after blank lines", B("[S]\r\na=1\r\n\r\n"), "T", "b", "2",
-            B("[S]\r\na=1\r\n\r\n[T]\r\nb=2\r\n"));
+            crlf("[S]\na=1\n[T]\nb=2\n"));
+        row("new section after blank lines", crlf("[S]\na=1\n\n"), "T", "b", "2",
+            crlf("[S]\na=1\n\n[T]\nb=2\n"));
         row("new section after a CR", B("[S]\ra=1\r"), "T", "b", "2",
             B("[S]\ra=1\r[T]\r\nb=2\r\n"));
-        row("new section in an empty file", B(""), "T", "b", "2", B("[T]\r\nb=2\r\n"));
+        row("new section in an empty file", "", "T", "b", "2", crlf("[T]\nb=2\n"));
         row("new section after NULs", B("Data \0 before \0 first \0 section"), "section1", "key1",
             "string1", B("Data \0 before \0 first \0 section\r\n[section1]\r\nkey1=string1\r\n"));
-        row("names trimmed", kMissing, " New\t", "\tK ", "v", B("[New]\r\nK=v\r\n"));
-        row("empty value", B("[S]\r\nk=1\r\n"), "S", "k", "", B("[S]\r\nk=\r\n"));
-        row("quotes as given", B("[S]\r\nk=1\r\n"), "S", "k", "\"q\"", B("[S]\r\nk=\"q\"\r\n"));
-        row("blanks as given", B("[S]\r\nk=1\r\n"), "S", "k", " v ", B("[S]\r\nk= v \r\n"));
-        row("line break as given", kMissing, "S", "k", "a\r\nb", B("[S]\r\nk=a\r\nb\r\n"));
-        row("value adds a header", B("[S]\r\nk=1\r\nj=2\r\n"), "S", "k", "a\n[T]\rx=1",
+        row("names trimmed", kMissing, " New\t", "\tK ", "v", crlf("[New]\nK=v\n"));
+        row("empty value", crlf("[S]\nk=1\n"), "S", "k", "", crlf("[S]\nk=\n"));
+        row("quotes as given", crlf("[S]\nk=1\n"), "S", "k", "\"q\"", crlf("[S]\nk=\"q\"\n"));
+        row("value adds a header", crlf("[S]\nk=1\nj=2\n"), "S", "k", "a\n[T]\rx=1",
             B("[S]\r\nk=a\n[T]\rx=1\r\nj=2\r\n"));
         row("high bytes kept", B("[S]\r\n;\x81\x8D\xFF\x00\r\nk=1\r\n"), "S", "k", "2",
             B("[S]\r\n;\x81\x8D\xFF\x00\r\nk=2\r\n"));
-        row("value through the code page", kMissing, "S", "k", W(u"\u00E9\u20AC\u0081"),
-            B("[S]\r\nk=\xE9\x80\x81\r\n"));
         row("new file the code page cannot hold", kMissing, "S", "k", W(u"\u03A9"),
             utf16(W(u"[S]\r\nk=\u03A9\r\n")));
         row("every line kept in UTF-16LE", B("; \xE9\x80\x81\n[S]\rk=1\r\n\r\nj=2"), "S", "k",
             W(u"\u0421\U0001F600"),
             utf16(W(u"; \u00E9\u20AC\u0081\n[S]\rk=\u0421\U0001F600\r\n\r\nj=2")));
-        row("a new name the code page cannot hold", B("[S]\r\nk=1\r\n"), W(u"\u0939"), "k", "v",
+        row("a new name the code page cannot hold", crlf("[S]\nk=1\n"), W(u"\u0939"), "k", "v",
             utf16(W(u"[S]\r\nk=1\r\n[\u0939]\r\nk=v\r\n")));
         row("value cut at a NUL", kMissing, "S", "k", QString::fromLatin1("a\0b", 3),
-            B("[S]\r\nk=a\r\n"));
-        row("UTF-8 mark hides line 1", B("\xEF\xBB\xBF[S]\r\nk=1\r\n"), "S", "k", "2",
-            B("\xEF\xBB\xBF[S]\r\nk=1\r\n[S]\r\nk=2\r\n"));
+            crlf("[S]\nk=a\n"));
+        row("UTF-8 mark hides line 1", crlf("\xEF\xBB\xBF[S]\nk=1\n"), "S", "k", "2",
+            crlf("\xEF\xBB\xBF[S]\nk=1\n[S]\nk=2\n"));
         row("UTF-16LE key", utf16("[S]\r\nk=1\r\nj=2\r\n"), "S", "k", W(u"\u00E9\u03A9"),
             utf16(W(u"[S]\r\nk=\u00E9\u03A9\r\nj=2\r\n")));
         row("UTF-16LE section", utf16("[S]\nk=1"), "T", "j", "2",
             utf16("[S]\nk=1\r\n[T]\r\nj=2\r\n"));
-        row("unchanged", B("[S]\r\nk=v\r\n"), "S", "k", "v", B("[S]\r\nk=v\r\n"));
+        // Values already stored: not even rewritten.
         row("unchanged, spacing and LF", B("[S]\n  K =  v  \n"), "S", "k", "v",
             B("[S]\n  K =  v  \n"));
-        row("unchanged, quotes", B("[S]\r\nk=\"v\"\r\n"), "S", "k", "\"v\"",
-            B("[S]\r\nk=\"v\"\r\n"));
-        row("unchanged, same line", B("[S]\r\nk= v \r\n"), "S", "k", " v ", B("[S]\r\nk= v \r\n"));
+        row("unchanged, quotes", crlf("[S]\nk=\"v\"\n"), "S", "k", "\"v\"", crlf("[S]\nk=\"v\"\n"));
+        row("unchanged, same line", crlf("[S]\nk= v \n"), "S", "k", " v ", crlf("[S]\nk= v \n"));
         row("unchanged, bytes 0x80-0xff read back", B("[S]\r\nk=\x80\x81\x9D\xFF\r\n"), "S", "k",
             W(u"\u20AC\u0081\u009D\u00FF"), B("[S]\r\nk=\x80\x81\x9D\xFF\r\n"));
     }
@@ -347,11 +316,6 @@ private slots:
         QVERIFY(!store::writePrivateProfileString("S", "k", "v", dir_.filePath("none/Data.ini")));
         QVERIFY(!QFileInfo::exists(dir_.filePath("none")));
 
-        writeBytes(file_, "[S]\r\n");
-        QVERIFY(!store::writePrivateProfileString("S", "k", "v", file_ + "/Data.ini"));
-        QVERIFY(!store::writePrivateProfileString("S", "k", "v", dir_.path()));
-        QCOMPARE(readKey(dir_.path(), "S", "k"), QString("<default>"));
-
         if (::geteuid() == 0)
             QSKIP("permissions do not bind the superuser");
         const QString locked = dir_.filePath("locked");
@@ -359,7 +323,6 @@ private slots:
         writeBytes(locked + "/Data.ini", "[S]\r\nk=1\r\n");
         QVERIFY(QFile::setPermissions(locked, QFile::ReadOwner | QFile::ExeOwner));
         QVERIFY(!store::writePrivateProfileString("S", "k", "2", locked + "/Data.ini"));
-        QVERIFY(!store::writePrivateProfileString("S", "k", "2", locked + "/New.ini"));
         QCOMPARE(readKey(locked + "/Data.ini", "S", "k"), QString("1"));
         QVERIFY(
             QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
@@ -410,18 +373,6 @@ private slots:
         QFile::remove(missing);
     }
 
-    void writeKeepsPermissionsAndLeavesNoTemporaryFile()
-    {
-        writeBytes(file_, "[S]\r\nk=1\r\n");
-        QVERIFY(
-            QFile::setPermissions(file_, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
-        QVERIFY(store::writePrivateProfileString("S", "k", "2", file_));
-        QVERIFY(store::writePrivateProfileString("T", "k", "3", file_));
-        QCOMPARE(statOf(file_).st_mode & 07777, mode_t(0640));
-        QCOMPARE(QDir(dir_.path()).entryList({".Data.ini.tmp-*"}, QDir::Files | QDir::Hidden),
-                 QStringList());
-    }
-
     // A write goes through a symbolic link to its target, also one not there yet, and keeps
     // the target's mode; a link into a folder that is not there fails and stays a link.
     void writesGoThroughLinksAndKeepTheMode()
@@ -429,12 +380,13 @@ private slots:
         const QString target = dir_.filePath("target.ini");
         QFile::remove(target);
         writeBytes(target, "[S]\r\nk=1\r\n");
-        QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner));
+        QVERIFY(
+            QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
         QVERIFY(QFile::link(target, file_));
         QVERIFY(store::writePrivateProfileString("S", "k", "2", file_));
         QVERIFY(QFileInfo(file_).isSymLink());
         QCOMPARE(readBytes(target), QByteArray("[S]\r\nk=2\r\n"));
-        QCOMPARE(statOf(target).st_mode & 07777, mode_t(0600));
+        QCOMPARE(statOf(target).st_mode & 07777, mode_t(0640));
 
         QVERIFY(QFile::remove(target));
         QVERIFY(store::writePrivateProfileString("S", "k", "3", file_));
@@ -469,7 +421,6 @@ private slots:
             (QStringList{".Data.ini.lock", ".Data.ini.tmp-new", ".Other.ini.tmp-old", "Data.ini"}));
     }
 
-    // Two processes add 100 events each to one store at the same time.
     // A holder that never lets go (a hung calendar) delays a write, but does not stop it.
     void hungLockHolderDelaysTheWriteOnly()
     {
@@ -483,6 +434,7 @@ private slots:
         QCOMPARE(readBytes(file_), QByteArray("[S]\r\nk=2\r\n"));
     }
 
+    // Two processes add 100 events each to one store at the same time.
     void twoWritersKeepEachOthersKeys()
     {
         QTemporaryDir dir(QDir("/dev/shm").exists() ? "/dev/shm/tst_profileengine-XXXXXX"
@@ -519,57 +471,27 @@ private slots:
         QCOMPARE(kept, 800);
     }
 
-    void inPlaceEditsSurviveOurWrites_data()
-    {
-        QTest::addColumn<bool>("ext2");
-        QTest::newRow("1-second timestamps, simulated") << false;
-        QTest::newRow("ext2 image") << true;
-    }
-
     // Another program changes a value in place, keeping the size, within the timestamp tick
-    // of our last write; our next write keeps its change, and a read sees it.
+    // of our last write on a file system with 1-second timestamps; our next write keeps its
+    // change, and a read sees it.
     void inPlaceEditsSurviveOurWrites()
     {
-        QFETCH(bool, ext2);
-        QTemporaryDir dir;
-        QString folder = dir.path();
-        const QString image = dir.filePath("ext2.img");
-        const QString mountPoint = dir.filePath("mnt");
-        struct Unmount {
-            QString at;
-            ~Unmount()
-            {
-                if (!at.isEmpty())
-                    QProcess::execute("umount", {at});
-            }
-        } unmount;
-        if (ext2) {
-            QVERIFY(QDir().mkdir(mountPoint));
-            QFile img(image);
-            QVERIFY(img.open(QIODevice::WriteOnly) && img.resize(4 << 20));
-            img.close();
-            if (QProcess::execute("mkfs.ext2", {"-q", "-F", "-I", "128", image}) != 0 ||
-                QProcess::execute("mount", {"-o", "loop", image, mountPoint}) != 0)
-                QSKIP("an ext2 image cannot be made or mounted here");
-            unmount.at = folder = mountPoint;
-        }
-        store::ProfileCache::setCoarseTimestampsForTest(!ext2);
-        const QString file = folder + "/Data.ini";
-        writeBytes(file, "[S]\r\nours=0\r\ntheirs=a\r\n");
+        store::ProfileCache::setCoarseTimestampsForTest(true);
+        writeBytes(file_, "[S]\r\nours=0\r\ntheirs=a\r\n");
         int lost = 0;
         for (int i = 0; i < 20; ++i) {
-            QVERIFY(store::writePrivateProfileString("S", "ours", QString::number(i % 10), file));
+            QVERIFY(store::writePrivateProfileString("S", "ours", QString::number(i % 10), file_));
             const char theirs = char('b' + i);
             {
-                QFile f(file);
+                QFile f(file_);
                 QVERIFY(f.open(QIODevice::ReadWrite));
-                QVERIFY(f.seek(readBytes(file).indexOf("theirs=") + 7));
+                QVERIFY(f.seek(readBytes(file_).indexOf("theirs=") + 7));
                 QVERIFY(f.putChar(theirs));
             }
             waitUntilSeen();
-            QCOMPARE(readKey(file, "S", "theirs"), QString(QChar(theirs)));
-            QVERIFY(store::writePrivateProfileString("S", "ours", "x", file));
-            lost += !readBytes(file).contains(QByteArray("theirs=") + theirs);
+            QCOMPARE(readKey(file_, "S", "theirs"), QString(QChar(theirs)));
+            QVERIFY(store::writePrivateProfileString("S", "ours", "x", file_));
+            lost += !readBytes(file_).contains(QByteArray("theirs=") + theirs);
         }
         store::ProfileCache::setCoarseTimestampsForTest(false);
         QCOMPARE(lost, 0);
@@ -599,8 +521,7 @@ private slots:
         QCOMPARE(store::profilecache::parseCount(), before + 1);
     }
 
-    // Same size, same inode, and a modification time a nanosecond on; then a write edits
-    // the file as it is now, not the copy parsed before.
+    // Same size, same inode, and a modification time a nanosecond on.
     void fileChangedInPlaceIsReread()
     {
         writeBytes(file_, "[S]\r\nk=1\r\n");
@@ -617,10 +538,6 @@ private slots:
         QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(file_).constData(), times, 0), 0);
         waitUntilSeen();
         QCOMPARE(readKey(file_, "S", "k"), QString("2"));
-
-        writeBytes(file_, "[T]\r\nk=5\r\n");
-        QVERIFY(store::writePrivateProfileString("S", "k", "6", file_));
-        QCOMPARE(readBytes(file_), QByteArray("[T]\r\nk=5\r\n[S]\r\nk=6\r\n"));
     }
 
     void changeByAnotherProcessIsSeen_data()
@@ -639,13 +556,8 @@ private slots:
         row("renamed over, same size and time", plain,
             two + "\"$D/new\" && touch -r \"$F\" \"$D/new\" && mv \"$D/new\" \"$F\"", "2");
         row("removed", plain, "rm \"$F\"", "<default>");
-        row("folder removed", plain, "rm -r \"$D\"", "<default>");
         row("folder replaced", plain, "mv \"$D\" \"$P/old\" && mkdir \"$D\" && " + two + "\"$F\"",
             "2");
-        row("folder above replaced", plain,
-            "mv \"$P\" \"$P.old\" && mkdir -p \"$D\" && " + two + "\"$F\"", "2");
-        row("written through another name", plain,
-            "ln \"$F\" \"$O/link\" && printf '[S]\\r\\nk=22\\r\\n' > \"$O/link\"", "22");
         row("file is a link, its target moved away",
             "mkdir -p \"$D\" \"$O\" && printf '[S]\\r\\nk=0\\r\\n' > \"$O/t\" && ln -s \"$O/t\" "
             "\"$F\"",
