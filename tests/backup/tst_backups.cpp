@@ -51,16 +51,14 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("taken"); // empty: not a copy
         QTest::addColumn<int>("sequence");
-        QTest::newRow("first of its second") << "Data 2026-11-24 09-30-05.ini"
-                                             << "2026-11-24 09:30:05" << 1;
-        QTest::newRow("third of its second") << "Data 2026-11-24 09-30-05 3.ini"
-                                             << "2026-11-24 09:30:05" << 3;
-        QTest::newRow("no such day") << "Data 2026-02-30 09-30-05.ini"
-                                     << "" << 0;
-        QTest::newRow("the user's own file") << "Data.ini"
-                                             << "" << 0;
-        QTest::newRow("a copy being written") << ".copy.part"
-                                              << "" << 0;
+        const auto row = [](const char *name, const char *file, const char *taken, int sequence) {
+            QTest::newRow(name) << QString(file) << QString(taken) << sequence;
+        };
+        row("first of its second", "Data 2026-11-24 09-30-05.ini", "2026-11-24 09:30:05", 1);
+        row("third of its second", "Data 2026-11-24 09-30-05 3.ini", "2026-11-24 09:30:05", 3);
+        row("no such day", "Data 2026-02-30 09-30-05.ini", "", 0);
+        row("the user's own file", "Data.ini", "", 0);
+        row("a copy being written", ".copy.part", "", 0);
     }
     void fileNames()
     {
@@ -181,27 +179,27 @@ private slots:
         QTest::addColumn<QByteArray>("copy");
         QTest::addColumn<QByteArray>("current");
         QTest::addColumn<QString>("text");
+        const auto row = [](const char *name, const QByteArray &copy, const QByteArray &current,
+                            const char *text) {
+            QTest::newRow(name) << copy << current << QString(text);
+        };
         const QByteArray now = "[count]\nc=12\n[rcount]\nc=1\n[Categories]\nc=4\n";
-        QTest::newRow("more recurring")
-            << QByteArray("[count]\nc=12\n[rcount]\nc=3\n[Categories]\nc=4\n") << now
-            << "12 events, 3 recurring; 2 more recurring than now";
-        QTest::newRow("fewer of each kind")
-            << QByteArray("[count]\nc=1\n[rcount]\nc=0\n[Categories]\nc=3\n") << now
-            << "1 event, 0 recurring; 11 fewer events than now, 1 fewer recurring than now, 1 "
-               "fewer category than now";
-        QTest::newRow("the same file") << now << now << "12 events, 1 recurring; the same as now";
-        QTest::newRow("same counts, other texts")
-            << now + "[1]\nMemo=x\n"
-            << now << "12 events, 1 recurring; as many as now, with other details";
-        QTest::newRow("damaged counts read as none")
-            << QByteArray("[count]\nc=lots\n") << QByteArray("[count]\nc=0\n")
-            << "0 events, 0 recurring; as many as now, with other details";
-        QTest::newRow("an older password") << now + "[pcount]\nc=1\n[pass]\n1=65\n"
-                                           << now + "[pcount]\nc=1\n[pass]\n1=66\n"
-                                           << "12 events, 1 recurring; another password";
-        QTest::newRow("no password") << now << now + "[pcount]\nc=1\n[pass]\n1=66\n"
-                                     << "12 events, 1 recurring; no password";
+        const QByteArray pass = "[pcount]\nc=1\n[pass]\n1=";
+        row("more recurring", "[count]\nc=12\n[rcount]\nc=3\n[Categories]\nc=4\n", now,
+            "12 events, 3 recurring; 2 more recurring than now");
+        row("fewer of each kind", "[count]\nc=1\n[rcount]\nc=0\n[Categories]\nc=3\n", now,
+            "1 event, 0 recurring; 11 fewer events than now, 1 fewer recurring than now, 1 fewer "
+            "category than now");
+        row("the same file", now, now, "12 events, 1 recurring; the same as now");
+        row("same counts, other texts", now + "[1]\nMemo=x\n", now,
+            "12 events, 1 recurring; as many as now, with other details");
+        row("damaged counts read as none", "[count]\nc=lots\n", "[count]\nc=0\n",
+            "0 events, 0 recurring; as many as now, with other details");
+        row("an older password", now + pass + "65\n", now + pass + "66\n",
+            "12 events, 1 recurring; another password");
+        row("no password", now, now + pass + "66\n", "12 events, 1 recurring; no password");
     }
+
     void summary()
     {
         QFETCH(QByteArray, copy);

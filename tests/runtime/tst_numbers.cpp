@@ -102,15 +102,6 @@ private slots:
         QFETCH(QString, text);
         QTEST(rt::Val(text), "expected");
     }
-
-    void numberEqualsText()
-    {
-        rt::RtLocale::setForTest(QLocale(QStringLiteral("en_US")));
-        QVERIFY(rt::numberEqualsText(5, QStringLiteral(" 5")));
-        QVERIFY(rt::numberEqualsText(5, QStringLiteral("05")));
-        QVERIFY(!rt::numberEqualsText(5, QStringLiteral("5.5")));
-        QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, rt::numberEqualsText(5, QStringLiteral("five")));
-    }
 };
 
 QTEST_GUILESS_MAIN(TstNumbers)
