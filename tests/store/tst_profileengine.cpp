@@ -544,52 +544,26 @@ private slots:
             "mkdir \"$P/o2\" && " + two + "\"$P/o2/Data.ini\" && ln -sfn \"$P/o2\" \"$D\"", "2");
     }
 
-    // Another process changes the file between two reads; the second read sees the change,
-    // whichever file was read in between, and so do later ones: a file put in its place and
-    // one moved away.
+    // Another process changes the file between our write and the next read, which sees it.
     void changeByAnotherProcessIsSeen()
     {
         QFETCH(QString, setup);
         QFETCH(QString, change);
-
         QTemporaryDir dir;
         const QString file = dir.filePath("p/d/Data.ini");
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert("P", dir.filePath("p"));
-        env.insert("D", dir.filePath("p/d"));
-        env.insert("F", file);
-        env.insert("O", dir.filePath("o"));
-        // What went wrong in the script, if anything.
-        const auto run = [&env](const QString &script) {
-            QProcess sh;
-            sh.setProcessEnvironment(env);
-            sh.start("sh", {"-c", script});
-            const bool ok = sh.waitForFinished() && sh.exitStatus() == QProcess::NormalExit &&
-                            sh.exitCode() == 0;
-            waitUntilSeen();
-            return ok ? QString()
-                      : script + ": " + QString::fromLocal8Bit(sh.readAllStandardError());
-        };
-        QCOMPARE(run(setup), QString());
-        const QString other = dir.filePath("Other.ini");
-        writeBytes(other, "[S]\r\nk=other\r\n");
-
+        // The scripts' names for the folders and the file.
+        qputenv("P", QFile::encodeName(dir.filePath("p")));
+        qputenv("D", QFile::encodeName(dir.filePath("p/d")));
+        qputenv("F", QFile::encodeName(file));
+        qputenv("O", QFile::encodeName(dir.filePath("o")));
+        QCOMPARE(QProcess::execute("sh", {"-c", setup}), 0);
+        waitUntilSeen();
         QCOMPARE(readKey(file, "S", "k"), QString("0"));
         QVERIFY(store::writePrivateProfileString("S", "k", "1", file));
-        QCOMPARE(readKey(other, "S", "k"), QString("other"));
         QCOMPARE(readKey(file, "S", "k"), QString("1"));
-        QCOMPARE(readKey(file, "S", "k"), QString("1"));
-
-        QCOMPARE(run(change), QString());
+        QCOMPARE(QProcess::execute("sh", {"-c", change}), 0);
+        waitUntilSeen();
         QTEST(readKey(file, "S", "k"), "expected");
-        QCOMPARE(readKey(other, "S", "k"), QString("other"));
-
-        QCOMPARE(run("mkdir -p \"$D\" && printf '[S]\\r\\nk=3\\r\\n' > \"$F.new\" && mv \"$F.new\" "
-                     "\"$F\""),
-                 QString());
-        QCOMPARE(readKey(file, "S", "k"), QString("3"));
-        QCOMPARE(run("mv \"$F\" \"$O/gone\""), QString());
-        QCOMPARE(readKey(file, "S", "k"), QString("<default>"));
     }
 
     // Random writes, odd ones included, must leave the cached copy as a fresh parse of the file
