@@ -67,7 +67,6 @@ private slots:
                             const char *locale = "en_US") {
             QTest::newRow(name) << QString(locale) << QString(text) << expected;
         };
-        row("m/d/yyyy", "7/29/2004", jul29);
         row("m/d/yy", "7/29/04", jul29);
         row("yy 50 is 1950", "1/1/50", DateSerial(1950, 1, 1));
         row("yy 49 is 2049", "1/1/49", DateSerial(2049, 1, 1));
@@ -90,7 +89,6 @@ private slots:
         row("short month name", "29-jul-2004", jul29);
         row("day name skipped", "Thursday, July 29, 2004", jul29);
         row("blanks around", "  7 / 29 / 2004 ", jul29);
-        row("time", "9:00", nine);
         row("time seconds", "09:00:30", nine + 30 / 86400.0);
         row("9:5 PM", "9:5 PM", 21 / 24.0 + 5 / 1440.0);
         row("12:00AM", "12:00AM", 0.0);
@@ -157,7 +155,6 @@ private slots:
         QTest::newRow("year 100") << "en_US" << DateSerial(100, 1, 1) << "1/1/0100";
         QTest::newRow("gb zero") << "en_GB" << 0.0 << "00:00:00";
         QTest::newRow("gb both") << "en_GB" << 38197.375 << "29/07/2004 09:00:00";
-        QTest::newRow("fr date") << "fr_FR" << 38197.0 << "29/07/2004";
         QTest::newRow("de both") << "de_DE" << 38197.375 << "29.07.2004 09:00:00";
     }
     void text()

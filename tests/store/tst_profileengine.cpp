@@ -412,24 +412,21 @@ private slots:
         QCOMPARE(readBytes(file_), QByteArray("[S]\r\nk=2\r\n"));
     }
 
-    // Two processes add 100 events each to one store at the same time.
+    // Two processes write 400 keys each to one file at the same time; none is lost.
     void twoWritersKeepEachOthersKeys()
     {
         QTemporaryDir dir(QDir("/dev/shm").exists() ? "/dev/shm/tst_profileengine-XXXXXX"
                                                     : QString());
         const QString file = dir.filePath("Data.ini");
-        const char *const keys[] = {"Date", "Time", "Memo", "Cat"};
         pid_t writers[2];
         for (int w = 0; w < 2; ++w) {
             writers[w] = ::fork();
             if (writers[w] == 0) {
                 bool ok = true;
-                for (int n = 1; n <= 100; ++n) {
-                    for (const char *key : keys)
-                        ok = store::writePrivateProfileString(QString("%1%2").arg(w).arg(n), key,
-                                                              QString::number(n), file) &&
-                             ok;
-                }
+                for (int n = 1; n <= 400; ++n)
+                    ok = store::writePrivateProfileString(QString::number(w), QString::number(n),
+                                                          "v", file) &&
+                         ok;
                 ::_exit(ok ? 0 : 1);
             }
             QVERIFY(writers[w] > 0);
@@ -441,10 +438,8 @@ private slots:
         }
         int kept = 0;
         for (int w = 0; w < 2; ++w) {
-            for (int n = 1; n <= 100; ++n) {
-                for (const char *key : keys)
-                    kept += readKey(file, QString("%1%2").arg(w).arg(n), key) == QString::number(n);
-            }
+            for (int n = 1; n <= 400; ++n)
+                kept += readKey(file, QString::number(w), QString::number(n)) == "v";
         }
         QCOMPARE(kept, 800);
     }
