@@ -444,27 +444,57 @@ private slots:
         QCOMPARE(kept, 800);
     }
 
+    void inPlaceEditsSurviveOurWrites_data()
+    {
+        QTest::addColumn<bool>("ext2");
+        QTest::newRow("1-second timestamps, simulated") << false;
+        QTest::newRow("ext2 image") << true;
+    }
+
     // Another program changes a value in place, keeping the size, within the timestamp tick
-    // of our last write on a file system with 1-second timestamps; our next write keeps its
-    // change, and a read sees it.
+    // of our last write; our next write keeps its change, and a read sees it.
     void inPlaceEditsSurviveOurWrites()
     {
-        store::ProfileCache::setCoarseTimestampsForTest(true);
-        writeBytes(file_, "[S]\r\nours=0\r\ntheirs=a\r\n");
+        QFETCH(bool, ext2);
+        QTemporaryDir dir;
+        QString folder = dir.path();
+        const QString image = dir.filePath("ext2.img");
+        const QString mountPoint = dir.filePath("mnt");
+        struct Unmount {
+            QString at;
+            ~Unmount()
+            {
+                if (!at.isEmpty())
+                    QProcess::execute("umount", {at});
+            }
+        } unmount;
+        if (ext2) {
+            QVERIFY(QDir().mkdir(mountPoint));
+            QFile img(image);
+            QVERIFY(img.open(QIODevice::WriteOnly) && img.resize(4 << 20));
+            img.close();
+            if (QProcess::execute("mkfs.ext2", {"-q", "-F", "-I", "128", image}) != 0 ||
+                QProcess::execute("mount", {"-o", "loop", image, mountPoint}) != 0)
+                QSKIP("an ext2 image cannot be made or mounted here");
+            unmount.at = folder = mountPoint;
+        }
+        store::ProfileCache::setCoarseTimestampsForTest(!ext2);
+        const QString file = folder + "/Data.ini";
+        writeBytes(file, "[S]\r\nours=0\r\ntheirs=a\r\n");
         int lost = 0;
         for (int i = 0; i < 20; ++i) {
-            QVERIFY(store::writePrivateProfileString("S", "ours", QString::number(i % 10), file_));
+            QVERIFY(store::writePrivateProfileString("S", "ours", QString::number(i % 10), file));
             const char theirs = char('b' + i);
             {
-                QFile f(file_);
+                QFile f(file);
                 QVERIFY(f.open(QIODevice::ReadWrite));
-                QVERIFY(f.seek(readBytes(file_).indexOf("theirs=") + 7));
+                QVERIFY(f.seek(readBytes(file).indexOf("theirs=") + 7));
                 QVERIFY(f.putChar(theirs));
             }
             waitUntilSeen();
-            QCOMPARE(readKey(file_, "S", "theirs"), QString(QChar(theirs)));
-            QVERIFY(store::writePrivateProfileString("S", "ours", "x", file_));
-            lost += !readBytes(file_).contains(QByteArray("theirs=") + theirs);
+            QCOMPARE(readKey(file, "S", "theirs"), QString(QChar(theirs)));
+            QVERIFY(store::writePrivateProfileString("S", "ours", "x", file));
+            lost += !readBytes(file).contains(QByteArray("theirs=") + theirs);
         }
         store::ProfileCache::setCoarseTimestampsForTest(false);
         QCOMPARE(lost, 0);
