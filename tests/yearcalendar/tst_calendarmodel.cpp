@@ -2,6 +2,7 @@
 #include "runtime/RuntimeError.h"
 #include "yearcalendar/CalendarModel.h"
 #include "yearcalendar/DayColorList.h"
+#include "yearcalendar/DayFocus.h"
 
 #include <QDate>
 #include <QRandomGenerator>
@@ -20,17 +21,6 @@ constexpr rt::WinColor kPink = 0xFF00FF;
 rt::Date date(int year, int month, int day)
 {
     return rt::DateSerial(year, month, day);
-}
-
-// The cell showing a day of the displayed year.
-int cellOf(const CalendarModel &model, int month, int day)
-{
-    const int first = month == 1 ? j1(0) : f1((month - 2) * 42);
-    for (int cell = first; cell < first + 42; ++cell) {
-        if (model.grid()[cell].caption == day)
-            return cell;
-    }
-    return -1;
 }
 
 using Cells = std::array<rt::WinColor, kCells>;
@@ -82,10 +72,8 @@ private slots:
         QTest::addColumn<int>("year");
         QTest::addColumn<int>("februaryDays");
         QTest::newRow("1900 counts as leap") << 1900 << 29;
-        QTest::newRow("2000") << 2000 << 29;
         QTest::newRow("2020, August starts on Saturday") << 2020 << 29;
         QTest::newRow("2022, January starts on Saturday") << 2022 << 28;
-        QTest::newRow("2023") << 2023 << 28;
         QTest::newRow("2100 counts as leap") << 2100 << 29;
         QTest::newRow("9999") << 9999 << 28;
     }
@@ -151,23 +139,23 @@ private slots:
         model.SetDayBackColor(date(2024, 3, 3), kGreen);
         model.SetDayBackColor(date(2019, 1, 9), kGreen);
         model.SetDayForeColor(date(2024, 12, 24), kPink);
-        const int april1 = cellOf(model, 4, 1);
+        const int april1 = cellOfDay(model.grid(), 4, 1);
         model.grid().setBack(april1, kPink);
         QCOMPARE(model.GetDayBackcolor(date(2024, 1, 9)), kGreen);
 
-        const int march10 = cellOf(model, 3, 10);
+        const int march10 = cellOfDay(model.grid(), 3, 10);
         QCOMPARE(model.click(false, march10 - kJanuaryCells), date(2024, 3, 10));
         QCOMPARE(grid[march10].back, kSelectionGrey);
         QCOMPARE(model.GetDayBackcolor(date(2024, 3, 3)), kGreen);
         QCOMPARE(model.GetDayBackcolor(date(2024, 1, 9)), rt::kWhite);
-        QCOMPARE(grid[cellOf(model, 12, 24)].fore, kPink);
+        QCOMPARE(grid[cellOfDay(model.grid(), 12, 24)].fore, kPink);
         QCOMPARE(grid[april1].back, rt::kWhite);
 
-        const int march3 = cellOf(model, 3, 3);
+        const int march3 = cellOfDay(model.grid(), 3, 3);
         model.click(false, march3 - kJanuaryCells);
         QCOMPARE(grid[march10].back, rt::kWhite);
         QCOMPARE(grid[march3].back, kSelectionGrey);
-        QCOMPARE(model.click(true, cellOf(model, 1, 2)), date(2024, 1, 2));
+        QCOMPARE(model.click(true, cellOfDay(model.grid(), 1, 2)), date(2024, 1, 2));
         QCOMPARE(grid[march3].back, kGreen);
         int grey = 0;
         for (int cell = 0; cell < kCells; ++cell)
@@ -240,14 +228,16 @@ private slots:
         model.grid().takeChanged();
         model.moveToday(after);
         const auto marked = [&](double day) {
-            const int cell =
-                rt::Year(day) == displayedYear ? cellOf(model, rt::Month(day), rt::Day(day)) : -1;
+            const int cell = rt::Year(day) == displayedYear
+                                 ? cellOfDay(model.grid(), rt::Month(day), rt::Day(day))
+                                 : -1;
             return cell >= 0 && model.grid()[cell].fore == rt::kRed && model.grid()[cell].bold;
         };
         QVERIFY(!marked(before));
         QCOMPARE(marked(after), rt::Year(after) == displayedYear);
         if (rt::Year(before) == displayedYear) {
-            const DayCell &old = model.grid()[cellOf(model, rt::Month(before), rt::Day(before))];
+            const DayCell &old =
+                model.grid()[cellOfDay(model.grid(), rt::Month(before), rt::Day(before))];
             QCOMPARE(old.fore, rt::kBlue);
             QCOMPARE(old.back, kGreen);
         }
