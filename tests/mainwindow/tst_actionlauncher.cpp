@@ -16,10 +16,7 @@ private slots:
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<bool>("executable");
         QTest::addColumn<bool>("expected");
-        QTest::newRow("binary") << QByteArray("\x7f"
-                                              "ELF\x02\x01\x01",
-                                              7)
-                                << true << true;
+        QTest::newRow("binary") << QByteArray("\177ELF\2\1\1") << true << true;
         QTest::newRow("script") << QByteArray("#!/bin/sh\ntrue\n") << true << true;
         QTest::newRow("document with the execute bit") << QByteArray("minutes\n") << true << false;
         QTest::newRow("empty file with the execute bit") << QByteArray() << true << false;

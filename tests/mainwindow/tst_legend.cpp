@@ -80,7 +80,6 @@ private slots:
         QTest::addColumn<double>("scale");
         QTest::newRow("none") << 0 << 0 << "" << 1.0;
         QTest::newRow("three") << 3 << 0 << "1-3" << 1.0;
-        QTest::newRow("a screenful and more, at the top") << 40 << 0 << "1-14" << 1.0;
         QTest::newRow("100,000, at the top") << 100000 << 0 << "1-14" << 1.0;
         QTest::newRow("100,000, half a row down") << 100000 << 135 << "2-15" << 1.0;
         QTest::newRow("100,000, in the middle") << 100000 << 270 * 50000 << "50001-50014" << 1.0;
