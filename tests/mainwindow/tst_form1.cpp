@@ -51,24 +51,6 @@ private slots:
     }
     void cleanup() { form_.reset(); }
 
-    void emptyAndDamagedStores_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("no file") << QByteArray();
-        QTest::newRow("garbage") << QByteArray("\xff\x00[[[=\r\n\x80\x81", 10);
-    }
-    void emptyAndDamagedStores()
-    {
-        QFETCH(QByteArray, bytes);
-        removeFile(files::dataIni());
-        if (!bytes.isEmpty())
-            writeBytes(files::dataIni(), bytes);
-        form_ = std::make_unique<Form1>();
-        form_->Form_Load();
-        QCOMPARE(colourOn(3, 3), rt::kWhite);
-        QVERIFY(!item("v1_2"));
-    }
-
     // A count of a billion reads as the loader's limit of 100,000 categories. The legend
     // and the View menu build what can be seen: menu items stop at 1,000, and the categories
     // beyond share the hidden first item's check.

@@ -111,8 +111,6 @@ private slots:
         QTest::addColumn<rt::Date>("read");
         QTest::addColumn<uint>("colour");
         QTest::newRow("day of the year") << date(2024, 3, 3) << date(2024, 3, 3) << uint(kGreen);
-        QTest::newRow("January of another year")
-            << date(2019, 1, 5) << date(2024, 1, 5) << uint(kGreen);
         QTest::newRow("January read with another year")
             << date(2024, 1, 5) << date(1990, 1, 5) << uint(kGreen);
         QTest::newRow("February of another year")
