@@ -8,7 +8,7 @@
 #include <QRandomGenerator>
 #include <QTest>
 #include <array>
-#include <vector>
+#include <tuple>
 
 using namespace yearcal;
 
@@ -24,35 +24,6 @@ rt::Date date(int year, int month, int day)
 }
 
 using Cells = std::array<rt::WinColor, kCells>;
-
-// The list as first written: every entry kept, in order, behind two blank ones; entry 0 is
-// never visited.
-struct LiteralList {
-    struct Entry {
-        rt::Date date;
-        rt::WinColor colour;
-        bool inJanuary;
-        int cellIndex;
-    };
-    std::vector<Entry> entries{Entry{0, 0, false, 0}, Entry{0, 0, false, 0}};
-
-    void reapply(int year, Cells &cells) const
-    {
-        for (std::size_t i = 1; i < entries.size(); ++i) {
-            const Entry &e = entries[i];
-            if (rt::Year(e.date) == year)
-                cells[e.inJanuary ? j1(e.cellIndex) : f1(e.cellIndex)] = e.colour;
-        }
-    }
-};
-
-Cells reapplied(const DayColorList &list, int year, Cells cells)
-{
-    list.reapply(year, [&](bool inJanuary, int index, rt::WinColor colour) {
-        cells[inJanuary ? j1(index) : f1(index)] = colour;
-    });
-    return cells;
-}
 
 } // namespace
 
@@ -254,7 +225,8 @@ private slots:
         const int januaryCells[] = {0, 3, 20, 41};
         const int laterCells[] = {0, 1, 42, 300, 461};
         for (int history = 0; history < 200; ++history) {
-            LiteralList literal;
+            // The list as first written: every entry kept, in order, behind a blank one.
+            QList<std::tuple<rt::Date, rt::WinColor, bool, int>> literal{{0, 0, false, 0}};
             DayColorList compact;
             for (int step = 0; step < 60; ++step) {
                 const int year = years[random.bounded(4)];
@@ -265,16 +237,22 @@ private slots:
                 const int index =
                     inJanuary ? januaryCells[random.bounded(4)] : laterCells[random.bounded(5)];
                 const rt::WinColor colour = random.bounded(4);
-                literal.entries.push_back({date, colour, inJanuary, index});
+                literal.append({date, colour, inJanuary, index});
                 compact.append(date, colour, inJanuary, index);
 
                 Cells before;
                 for (auto &c : before)
                     c = 100 + random.bounded(4);
                 for (const int shown : {1899, 2023, 2024, 2025, 2026}) {
-                    Cells expected = before;
-                    literal.reapply(shown, expected);
-                    QCOMPARE(reapplied(compact, shown, before), expected);
+                    Cells expected = before, actual = before;
+                    for (const auto &[d, c, january, i] : literal) {
+                        if (rt::Year(d) == shown)
+                            expected[january ? j1(i) : f1(i)] = c;
+                    }
+                    compact.reapply(shown, [&](bool january, int i, rt::WinColor c) {
+                        actual[january ? j1(i) : f1(i)] = c;
+                    });
+                    QCOMPARE(actual, expected);
                 }
             }
         }
