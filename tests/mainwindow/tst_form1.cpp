@@ -15,12 +15,19 @@ using rt::DateSerial;
 namespace
 {
 
+// Category 2 on 3 March, weekly Home on 2 March, monthly Home and yearly Work on 10 March.
 const QByteArray kStore =
     "[Categories]\nc=3\n1=More\n1c=100\n2=Work\n2c=200\n3=Home\n3c=300\n"
     "[rcount]\nc=3\n[r1]\nType=Weekly\nDay=Monday\nTime=00:00\nMemo=weekly\n"
     "Cat=Home\n[r2]\nType=Monthly\nDay=10\nTime=00:00\nMemo=monthly\nCat=Home\n"
     "[r3]\nType=Yearly\nDay=10\nMonth=3\nTime=00:00\nMemo=yearly\nCat=Work\n"
     "[count]\nc=1\n[1]\nDate=3/3/2026\nTime=9:00 AM\nMemo=Dentist\nCat=Work\n";
+
+// A count of a billion, read as the loader's limit of 100,000 categories; category 2 on 3
+// March, category 1001 on 4 March.
+const QByteArray kDamaged = "[Categories]\nc=1e9\n2=Work\n2c=200\n1001=Late\n1001c=300\n"
+                            "[count]\nc=2\n[1]\nDate=3/3/2026\nTime=9:00 AM\nMemo=a\nCat=Work\n"
+                            "[2]\nDate=3/4/2026\nTime=9:00 AM\nMemo=b\nCat=Late\n";
 
 } // namespace
 
@@ -31,9 +38,9 @@ class TestForm1 : public QObject
     TestFolder folder;
     std::unique_ptr<Form1> form_;
 
-    Form1 &load()
+    Form1 &load(const QByteArray &store = kStore)
     {
-        TestFolder::setData(kStore);
+        TestFolder::setData(store);
         form_ = std::make_unique<Form1>();
         form_->Form_Load();
         return *form_;
@@ -51,33 +58,14 @@ private slots:
     }
     void cleanup() { form_.reset(); }
 
-    // A count of a billion reads as the loader's limit of 100,000 categories. The legend
-    // and the View menu build what can be seen: menu items stop at 1,000, and the categories
-    // beyond share the hidden first item's check.
-    void damagedCategoryCount_data()
-    {
-        QTest::addColumn<QStringList>("clicks");
-        QTest::addColumn<rt::WinColor>("march3"); // Work, category 2
-        QTest::addColumn<rt::WinColor>("march4"); // Late, category 1001
-        QTest::newRow("none, then Work") << QStringList{"None", "v1_2"} << 200u << rt::kWhite;
-        QTest::newRow("none, then all") << QStringList{"None", "allevents"} << 200u << 300u;
-        QTest::newRow("Work off") << QStringList{"v1_2"} << rt::kWhite << 300u;
-    }
+    // The legend and the View menu build what can be seen of a damaged count: menu items stop
+    // at 1,000, and the categories beyond share the hidden first item's check.
     void damagedCategoryCount()
     {
-        QFETCH(QStringList, clicks);
-        TestFolder::setData("[Categories]\nc=1e9\n2=Work\n2c=200\n1001=Late\n1001c=300\n"
-                            "[count]\nc=2\n[1]\nDate=3/3/2026\nTime=9:00 AM\nMemo=a\nCat=Work\n"
-                            "[2]\nDate=3/4/2026\nTime=9:00 AM\nMemo=b\nCat=Late\n");
-        form_ = std::make_unique<Form1>();
-        form_->Form_Load();
+        load(kDamaged);
         QCOMPARE(form_->model().categoryCount(), 100000);
         QVERIFY(form_->findChildren<QLabel *>(QRegularExpression("^lblcat_")).size() < 20);
         QCOMPARE(form_->findChildren<QAction *>(QRegularExpression("^v1_")).size(), 1000);
-        for (const QString &name : clicks)
-            item(qPrintable(name))->trigger();
-        QTEST(colourOn(3, 3), "march3");
-        QTEST(colourOn(3, 4), "march4");
         QStringList asked;
         connect(form_.get(), &Form1::customizeRequested, this,
                 [&asked](const QString &name) { asked << name; });
@@ -85,34 +73,43 @@ private slots:
         QCOMPARE(asked, QStringList{"Work"});
     }
 
-    // What the calendar shows for each combination of the View menu.
+    // What the calendar shows for each combination of the View menu: "day=colour" of March.
     void filters_data()
     {
+        QTest::addColumn<QByteArray>("store");
         QTest::addColumn<QStringList>("clicks");
-        QTest::addColumn<rt::WinColor>("march3");  // one-off, Work
-        QTest::addColumn<rt::WinColor>("march2");  // weekly Monday, Home
-        QTest::addColumn<rt::WinColor>("march10"); // monthly Home and yearly Work: "More"
-        QTest::newRow("start: every category") << QStringList() << 200u << 300u << 100u;
-        QTest::newRow("none") << QStringList{"None"} << rt::kWhite << rt::kWhite << rt::kWhite;
-        QTest::newRow("none, then weekly")
-            << QStringList{"None", "weekly"} << rt::kWhite << 300u << rt::kWhite;
-        QTest::newRow("none, then yearly")
-            << QStringList{"None", "yearly"} << rt::kWhite << rt::kWhite << 200u;
-        QTest::newRow("none, yearly, then monthly paints over the yearly day")
-            << QStringList{"None", "yearly", "mon"} << rt::kWhite << rt::kWhite << 100u;
-        QTest::newRow("none, then Home")
-            << QStringList{"None", "v1_3"} << rt::kWhite << 300u << 300u;
-        QTest::newRow("Work toggled off") << QStringList{"v1_2"} << rt::kWhite << 300u << 300u;
+        QTest::addColumn<QString>("march");
+        const auto row = [](const char *name, const QByteArray &store, const QStringList &clicks,
+                            const char *march) {
+            QTest::newRow(name) << store << clicks << QString(march);
+        };
+        row("start: every category", kStore, {}, "3=200 2=300 10=100");
+        row("none", kStore, {"None"}, "3=white 2=white 10=white");
+        row("none, then weekly", kStore, {"None", "weekly"}, "3=white 2=300 10=white");
+        row("none, then yearly", kStore, {"None", "yearly"}, "3=white 2=white 10=200");
+        row("none, yearly, then monthly paints over the yearly day", kStore,
+            {"None", "yearly", "mon"}, "3=white 2=white 10=100");
+        row("none, then Home", kStore, {"None", "v1_3"}, "3=white 2=300 10=300");
+        row("Work toggled off", kStore, {"v1_2"}, "3=white 2=300 10=300");
+        row("damaged: none, then Work", kDamaged, {"None", "v1_2"}, "3=200 4=white");
+        row("damaged: none, then all", kDamaged, {"None", "allevents"}, "3=200 4=300");
+        row("damaged: Work off", kDamaged, {"v1_2"}, "3=white 4=300");
     }
     void filters()
     {
+        QFETCH(QByteArray, store);
         QFETCH(QStringList, clicks);
-        load();
+        QFETCH(QString, march);
+        load(store);
         for (const QString &name : clicks)
             item(qPrintable(name))->trigger();
-        QTEST(colourOn(3, 3), "march3");
-        QTEST(colourOn(3, 2), "march2");
-        QTEST(colourOn(3, 10), "march10");
+        QStringList shown;
+        for (const QString &day : march.split(' ')) {
+            const rt::WinColor colour = colourOn(3, day.section('=', 0, 0).toInt());
+            shown << day.section('=', 0, 0) + '=' +
+                         (colour == rt::kWhite ? "white" : QString::number(colour));
+        }
+        QCOMPARE(shown.join(' '), march);
     }
 
     // Reloading rebuilds the category items, which take their check from the hidden first one.
