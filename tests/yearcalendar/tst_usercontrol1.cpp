@@ -229,32 +229,6 @@ private slots:
         }
     }
 
-    void resizeTo10000Twips_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<QRect>("pixels"); // at 10 twips to the pixel
-        QTest::newRow("first January cell") << "j1_0" << 744 << QRect(8, 132, 20, 20);
-        QTest::newRow("last December cell") << "f1_461" << 744 << QRect(971, 708, 20, 20);
-        QTest::newRow("year box") << "Label12" << 744 << QRect(444, 9, 112, 41);
-        // Twice as high: tops and heights double, the rest stays.
-        QTest::newRow("taller last cell") << "f1_461" << 1488 << QRect(971, 1416, 20, 39);
-        QTest::newRow("taller cmdRight") << "cmdRight" << 1488 << QRect(562, 18, 45, 81);
-        QTest::newRow("taller row separator") << "Line5" << 1488 << QRect(8, 1015, 1067, 1);
-    }
-
-    void resizeTo10000Twips()
-    {
-        QFETCH(QString, name);
-        QFETCH(int, height);
-        UserControl1 c;
-        c.show();
-        c.resize(1000, height);
-        QTEST(c.findChild<QWidget *>(name)->geometry(), "pixels");
-        QCOMPARE(c.findChild<QLabel *>("f1_461")->font().pixelSize(), 18); // 8.9 pt
-        QCOMPARE(c.findChild<QLabel *>("w_0")->font().pixelSize(), 18);    // 9.1 pt
-    }
-
     // At any size the grids reach down to the control's bottom edge, and no text is cut.
     void fillsAndFits_data()
     {
