@@ -58,7 +58,6 @@ private slots:
         YearGrid grid;
         grid.FillYear(1900, 0, 0);
         const int cell = cellOfDay(grid, 2, 29);
-        QVERIFY(cell >= f1(0) && cell < f1(42));
         QCOMPARE(monthOfGridCell(cell), 2);
         QCOMPARE(grid[cell].caption, 29);
         QCOMPARE(cellOfDay(grid, 4, 31), -1);
