@@ -31,7 +31,6 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::newRow("Work") << 16744448u << "Category More, colour sky blue";
         QTest::newRow("Health") << 65535u << "Category More, colour yellow";
-        QTest::newRow("pure red") << 255u << "Category More, colour red";
     }
     void legendRows()
     {
