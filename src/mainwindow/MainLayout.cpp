@@ -13,7 +13,6 @@ constexpr double kFrameTop = 600;
 constexpr double kFrameHeight = 4335;
 constexpr double kRowsTop = 285; // below the frame's caption
 constexpr double kRowsBottomMargin = 60;
-constexpr double kBoxHeight = 210;
 constexpr double kPictureTop = 5160;
 constexpr double kPictureHeight = 2160;
 constexpr double kTitleFontPoints = 12;
@@ -36,14 +35,9 @@ MainLayout mainLayout(double width, double clientHeight)
                 (kFrameHeight - kRowsTop - kRowsBottomMargin) * v};
     l.picture = {width * 0.841, kPictureTop * v, width * 0.143, kPictureHeight * v};
     l.rows = {0, kRowsTop * v, frameWidth, (kFrameHeight - kRowsTop - kRowsBottomMargin) * v};
-    l.rowHeight = kLegendRowHeight * v;
-    l.boxHeight = kBoxHeight * v;
-    l.boxTop = (l.rowHeight - l.boxHeight) / 2;
-    l.labelLeft = frameWidth * 0.0315;
-    l.labelWidth = frameWidth * 0.567;
-    l.labelFontPoints = std::min(l.labelWidth, labelWidthAt(kStartWidth) * v) * 0.00925925893996544;
-    l.boxLeft = frameWidth * 0.63;
-    l.boxWidth = frameWidth * 0.189;
+    // The legend's names grow with the width only as far as their rows grew in height.
+    l.labelFontPoints =
+        std::min(labelWidthAt(width), labelWidthAt(kStartWidth) * v) * 0.00925925893996544;
     l.titleFontPoints = kTitleFontPoints * std::max(1.0, std::min(width / kStartWidth, v));
     return l;
 }

@@ -8,15 +8,12 @@
 // from top to bottom; a window lower than the design keeps the design's heights. Fonts grow
 // only as far as their rows have grown in height, so that no text outgrows its row.
 
-constexpr double kLegendRowHeight = 270; // also the scroll bar's unit per row
-
 struct MainLayout {
-    double vertical;                     // the factor on every top and height
-    QRectF cal, frame, scroll, picture;  // within the client area
-    QRectF rows;                         // the legend's rows' area, within the frame
-    double rowHeight, boxHeight, boxTop; // boxTop within the row
-    double labelLeft, labelWidth, labelFontPoints, boxLeft, boxWidth; // within the frame
-    double titleFontPoints; // the frame's caption "Legend"
+    double vertical;                    // the factor on every top and height
+    QRectF cal, frame, scroll, picture; // within the client area
+    QRectF rows;                        // the legend's rows' area, within the frame
+    double labelFontPoints;             // the legend's names
+    double titleFontPoints;             // the frame's caption "Legend"
 };
 
 // width: the window's outer width; clientHeight: the height below the menu bar.
