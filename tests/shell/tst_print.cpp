@@ -1,8 +1,6 @@
+#include "Fixtures.h"
 #include "mainwindow/Form1.h"
 #include "runtime/Clock.h"
-#include "runtime/Locale.h"
-#include "runtime/MsgBox.h"
-#include "runtime/ProgramFolder.h"
 #include "shell/EventsText.h"
 #include "shell/Printing.h"
 #include "shell/ShellCommands.h"
@@ -10,13 +8,11 @@
 #include "store/Files.h"
 
 #include <QDateEdit>
-#include <QFile>
 #include <QPrinter>
 #include <QProcess>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 using rt::DateSerial;
@@ -41,9 +37,7 @@ const QString kWeekly = "Weekly events\n    every Tuesday at 8:00 AM - Memo: Sta
 
 QString readText(const QString &path)
 {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly | QIODevice::Text) ? QString::fromUtf8(f.readAll())
-                                                         : QString();
+    return QString::fromUtf8(readBytes(path)).remove('\r');
 }
 
 // The output of one of poppler's tools; empty when it is not installed.
@@ -61,7 +55,7 @@ class TestPrint : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir dir;
+    TestFolder folder;
     QString pdf;
     int printed = 0;
 
@@ -80,9 +74,7 @@ class TestPrint : public QObject
 private slots:
     void initTestCase()
     {
-        rt::setProgramFolderForTest(dir.path());
-        rt::RtLocale::setForTest(QLocale("en_US"));
-        pdf = dir.filePath("printed.pdf");
+        pdf = folder.dir.filePath("printed.pdf");
         printing::setChoosePrinterForTest([this](QPrinter &printer) {
             printer.setOutputFormat(QPrinter::PdfFormat);
             printer.setOutputFileName(pdf);
@@ -94,9 +86,7 @@ private slots:
     }
     void init()
     {
-        QFile f(files::dataIni());
-        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        f.write(kStore);
+        TestFolder::setData(kStore);
         QFile::remove(files::lastPrintTxt());
         printed = 0;
     }
@@ -138,10 +128,7 @@ private slots:
                          .arg(n / 4 + 1)
                          .arg(n % 4)
                          .toUtf8();
-        QFile f(files::dataIni());
-        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        f.write(store);
-        f.close();
+        TestFolder::setData(store);
         print(DateSerial(2026, 3, 1), DateSerial(2026, 4, 30));
         QCOMPARE(readText(files::lastPrintTxt()).count("Pills"), 1);
         const int pages = QRegularExpression("Pages:\\s+(\\d+)")

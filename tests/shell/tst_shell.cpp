@@ -1,6 +1,5 @@
+#include "Fixtures.h"
 #include "mainwindow/Form1.h"
-#include "runtime/MsgBox.h"
-#include "runtime/ProgramFolder.h"
 #include "shell/HelpWindow.h"
 #include "shell/Links.h"
 #include "shell/frmAbout.h"
@@ -13,7 +12,6 @@
 #include <QLabel>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -23,14 +21,8 @@ class TestShell : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir dir;
+    TestFolder folder;
     QList<QUrl> opened;
-
-    static QByteArray tempUrl()
-    {
-        QFile f(files::tempUrl());
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
 
     // The first line of text at the top of the help window's view.
     static QString topLine(HelpWindow &help)
@@ -44,7 +36,6 @@ class TestShell : public QObject
 private slots:
     void initTestCase()
     {
-        rt::setProgramFolderForTest(dir.path());
         links::setOpenForTest([this](const QUrl &url) { opened.append(url); });
     }
     void init() { opened.clear(); }
@@ -66,19 +57,11 @@ private slots:
         QFETCH(QString, id);
         QFETCH(QString, address);
         links::shopLink(id);
-        QCOMPARE(tempUrl(), "[internetshortcut]\r\nurl=" + address.toUtf8() + "\r\n");
+        // Rows share the folder: each link replaces the shortcut the last one left.
+        QCOMPARE(readBytes(files::tempUrl()),
+                 "[internetshortcut]\r\nurl=" + address.toUtf8() + "\r\n");
         // The shortcut is opened even with nothing in it.
         QCOMPARE(opened, QList<QUrl>{QUrl(address)});
-    }
-
-    void twoLinksInARowLeaveTheLast()
-    {
-        links::shopLink(QStringLiteral("2"));
-        links::shopLink(QStringLiteral("11"));
-        QCOMPARE(tempUrl(),
-                 "[internetshortcut]\r\nurl=" + links::shopAddress("11").toUtf8() + "\r\n");
-        QCOMPARE(opened,
-                 (QList<QUrl>{QUrl(links::shopAddress("2")), QUrl(links::shopAddress("11"))}));
     }
 
     // Every link leads to a page that ships with the program, and the guide names the shop's
@@ -106,9 +89,7 @@ private slots:
         frmSplash splash;
         QVERIFY(!splash.findChild<QLabel *>("Image1")->pixmap().isNull());
         splash.Form_Load();
-        QVERIFY(splash.isVisible());
-        QCOMPARE(splash.Timer1()->interval(), 2000);
-        QVERIFY(splash.Timer1()->isActive() && !splash.task());
+        QVERIFY(splash.isVisible() && splash.Timer1()->isActive() && !splash.task());
         // The timer's tick, sent rather than waited for, which a busy machine could delay.
         QTimerEvent tick(splash.Timer1()->timerId());
         QCoreApplication::sendEvent(splash.Timer1(), &tick);
@@ -120,15 +101,9 @@ private slots:
 #ifndef Q_OS_WIN
     void noSystemInformationWithoutARegistry()
     {
-        QString value = QStringLiteral("untouched");
-        QVERIFY(!frmAbout::GetKeyValue("HKEY_LOCAL_MACHINE",
-                                       "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO", "PATH", value));
         rt::MsgBoxRecorder boxes;
         frmAbout().StartSysInfo();
-        QCOMPARE(boxes.calls.size(), 1);
-        QCOMPARE(boxes.calls[0].prompt,
-                 QStringLiteral("System Information Is Unavailable At This Time"));
-        QCOMPARE(boxes.calls[0].style, int(rt::vbOKOnly));
+        QCOMPARE(shownBoxes(boxes), "System Information Is Unavailable At This Time|0");
     }
 #endif
 
@@ -164,8 +139,7 @@ private slots:
         HelpWindow help;
         QVERIFY(!help.showContents());
         QVERIFY(!help.isVisible());
-        QCOMPARE(boxes.calls.size(), 1);
-        QVERIFY(boxes.calls[0].prompt.contains(files::helpHlp()));
+        QCOMPARE(shownBoxes(boxes), "Cannot find the help file " + files::helpHlp() + ".|48");
     }
 
     void logoOpensTheHomepageOnlyWhileShown()
