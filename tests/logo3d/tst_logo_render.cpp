@@ -39,7 +39,8 @@ private slots:
     void windowTurnsTheLogoOnlyWhileShown()
     {
         TestFolder folder;
-        QVERIFY(folder.copyIn(ORVA_DATA_DIR, {"logo.x", "mdata.ini"}));
+        for (const QString name : {"logo.x", "mdata.ini"})
+            QVERIFY(QFile::copy(ORVA_DATA_DIR "/" + name, folder.dir.filePath(name)));
         Form1 form;
         form.Form_Load();
         form.show();
@@ -74,24 +75,22 @@ private slots:
         QTemporaryDir dir;
         QImage texture(8, 8, QImage::Format_RGB32);
         texture.fill(QColor(0, 200, 0));
-        QVERIFY(texture.save(dir.filePath(QStringLiteral("green.png"))));
-        QFile file(dir.filePath(QStringLiteral("quad.x")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("xof 0303txt 0032\n"
-                   "Material G { 1.0;1.0;1.0;1.0;; 0.0; 0.0;0.0;0.0;; 0.0;0.0;0.0;;\n"
-                   " TextureFilename { \"green.png\"; } }\n"
-                   "Mesh Q { 4; -1;-1;0;, 1;-1;0;, -1;1;0;, 1;1;0;;\n"
-                   " 2; 3;0,2,1;, 3;1,2,3;;\n"
-                   " MeshNormals { 1; 0;0;-1;; 2; 3;0,0,0;, 3;0,0,0;; }\n"
-                   " MeshTextureCoords { 4; 0;1;, 1;1;, 0;0;, 1;0;; }\n"
-                   " MeshMaterialList { 1; 2; 0,0;; {G} } }\n");
-        file.close();
+        QVERIFY(texture.save(dir.filePath("green.png")));
+        const QString quadFile = dir.filePath("quad.x");
+        writeBytes(quadFile, "xof 0303txt 0032\n"
+                             "Material G { 1.0;1.0;1.0;1.0;; 0.0; 0.0;0.0;0.0;; 0.0;0.0;0.0;;\n"
+                             " TextureFilename { \"green.png\"; } }\n"
+                             "Mesh Q { 4; -1;-1;0;, 1;-1;0;, -1;1;0;, 1;1;0;;\n"
+                             " 2; 3;0,2,1;, 3;1,2,3;;\n"
+                             " MeshNormals { 1; 0;0;-1;; 2; 3;0,0,0;, 3;0,0,0;; }\n"
+                             " MeshTextureCoords { 4; 0;1;, 1;1;, 0;0;, 1;0;; }\n"
+                             " MeshMaterialList { 1; 2; 0,0;; {G} } }\n");
         QLabel picture;
         picture.resize(64, 48);
         cdirectx dx;
         QVERIFY(dx.intialise(&picture, true, true));
         cMesh quad;
-        QVERIFY(quad.LoadMesh(file.fileName(), dx)); // no "mdata.ini": its own size
+        QVERIFY(quad.LoadMesh(quadFile, dx)); // no "mdata.ini": its own size
 
         QMatrix4x4 view;
         view.lookAt({0, 0, 5}, {0, 0, 0}, {0, 1, 0});
