@@ -1,12 +1,7 @@
-#include "FakeFilters.h"
 #include "Fixtures.h"
 #include "ical/IcalExport.h"
 #include "ical/IcalImport.h"
-#include "mainwindow/DayView.h"
-#include "mainwindow/Painters.h"
-#include "runtime/DateText.h"
 
-#include <QHash>
 #include <QProcess>
 #include <QTest>
 
@@ -16,7 +11,7 @@ namespace
 const QByteArray kCategories = "[Categories]\nc=4\n1=More\n1c=255\n2=Work\n2c=65280\n3=Home\n"
                                "3c=16711680\n4=Kids, school\n4c=4210752\n";
 
-// One event of every kind; 14 March carries two categories.
+// One event of every kind, with the commas and quotes that the file format escapes.
 const QByteArray kEvents =
     "[count]\nc=3\n[1]\nDate=3/14/2026\nTime=9:30 AM\nMemo=Dentist\nCat=Home\n"
     "[2]\nDate=7/4/2026\nTime=00:00\nMemo=Parade; with \"quotes\", commas\nCat=Kids, school\n"
@@ -26,42 +21,16 @@ const QByteArray kEvents =
     "[r3]\nType=Monthly\nDay=31\nTime=12:00 PM\nMemo=Rent\nCat=Home\n"
     "[r4]\nType=Yearly\nDay=14\nMonth=3\nTime=00:00\nMemo=Birthday\nCat=Kids, school\n";
 
-class Surface : public CalendarSurface
+// Every event's stored texts, sorted: the import numbers them in an order of its own.
+QStringList stored()
 {
-public:
-    QHash<int, rt::WinColor> colours;
-    void setDayBackColorAll(rt::WinColor) override { colours.clear(); }
-    void SetDayBackColor(rt::Date d, rt::WinColor c) override
-    {
-        if (rt::Year(d) == 2026)
-            colours[int(d)] = c;
-    }
-    rt::WinColor GetDayBackcolor(rt::Date d) override { return colours.value(int(d), rt::kWhite); }
-    rt::Date Selected() const override { return rt::DateSerial(2026, 1, 1); }
-    int displayedYear() const override { return 2026; }
-};
-
-// Every day of 2026: its colour with every filter on, and its popup's entries.
-QStringList year(const store::Model &model)
-{
-    Surface surface;
-    FakeFilters filters;
-    filters.kinds = {ViewFilters::Kind::Weekly, ViewFilters::Kind::Monthly,
-                     ViewFilters::Kind::Yearly};
-    for (const QString &name : model.categoryNames)
-        filters.v1.append({name, true});
-    Painters(surface, model, filters).repaint();
-    QStringList days;
-    for (rt::Date d = rt::DateSerial(2026, 1, 1); d <= rt::DateSerial(2026, 12, 31); ++d) {
-        QStringList popup;
-        for (const dayview::Item &item : dayview::itemsOn(d, model, 2026))
-            popup << item.caption + '=' + item.text;
-        days << QStringLiteral("%1 %2 %3")
-                    .arg(rt::CStr(d))
-                    .arg(surface.colours.value(int(d), rt::kWhite))
-                    .arg(popup.join('|'));
-    }
-    return days;
+    QStringList texts;
+    for (int n = 1; n <= store::readCount(store::kCountSection); ++n)
+        texts << eventText(n);
+    for (int n = 1; n <= store::readCount(store::kRecurringCountSection); ++n)
+        texts << recurringText(n);
+    texts.sort();
+    return texts;
 }
 
 } // namespace
@@ -117,23 +86,20 @@ for e in cal.walk('VEVENT'):
         QCOMPARE(uids(result.text).size(), 7);
     }
 
-    // Exported and imported into a store with the same categories and no events, the year
-    // looks and lists the same.
-    void roundTripKeepsTheYear()
+    // Exported and imported into a store with the same categories and no events, every
+    // event is stored as it was.
+    void roundTripKeepsTheEvents()
     {
         const TestFolder folder;
         TestFolder::setData(kCategories + kEvents);
-        const store::Model before = store::loadModel();
+        const QStringList before = stored();
         const ical::ReadResult read = ical::readCalendar(ical::exportStore(2026).text);
         QVERIFY(read.calendar);
         const QList<ical::Item> items = ical::plan(*read.calendar, {2026, 2027});
 
         TestFolder::setData(kCategories);
         QCOMPARE(ical::writeItems(items, store::loadModel(), "Home"), 7);
-        const store::Model after = store::loadModel();
-        QCOMPARE(after.eventCount(), 3);
-        QCOMPARE(after.recurringCount(), 4);
-        QCOMPARE(year(after), year(before));
+        QCOMPARE(stored(), before);
     }
 };
 
