@@ -147,9 +147,7 @@ private slots:
         QSignalSpy spy(&window, &frmDaily::RModiRequested);
         window.ListView1_ItemClick(list->topLevelItem(2));
         window.ListView1_ItemClick(list->topLevelItem(0));
-        QCOMPARE(spy.count(), 2);
-        QCOMPARE(spy[0][0].toInt(), 4);
-        QCOMPARE(spy[1][0].toInt(), 1);
+        QCOMPARE(spy, (QList<QVariantList>{{4}, {1}}));
     }
 
     // The find window, seven results a page.
@@ -179,8 +177,7 @@ private slots:
         // A click hands on the text as shown.
         QSignalSpy spy(finder.get(), &frmFind::modiRequested);
         QTest::mouseClick(finder->findChild<QLineEdit *>("txt1_1"), Qt::LeftButton);
-        QCOMPARE(spy.count(), 1);
-        QCOMPARE(spy[0][0].toString(), "C:\\Lunch\\menu.txt");
+        QCOMPARE(spy, QList<QVariantList>{{"C:\\Lunch\\menu.txt"}});
     }
 
     void noMatchStartsAgainOnPageOne()
@@ -193,7 +190,7 @@ private slots:
         QVERIFY(!enabled("cmdnext") && !enabled("cmdBack"));
         QSignalSpy spy(finder.get(), &frmFind::modiRequested);
         finder->txt1_Click(1);
-        QCOMPARE(spy.count(), 0);
+        QVERIFY(spy.isEmpty());
     }
 };
 
