@@ -172,10 +172,9 @@ private slots:
     void badInput()
     {
         QFETCH(QByteArray, bytes);
-        QFETCH(QString, error);
         const ReadResult read = readCalendar(bytes);
         QVERIFY(!read.calendar);
-        QCOMPARE(read.error, error);
+        QTEST(read.error, "error");
     }
 
     // A rule that never gives a date in the range ends within the work's limit.
