@@ -308,8 +308,7 @@ private slots:
         QCOMPARE(store::readEventRecord(1).memo, QString(254, u'x'));
     }
 
-    // Event 1 of 3: date, time and category in place, the memo past the end, the count kept,
-    // and nothing checked.
+    // Event 1 of 3: the memo goes past the end, the count stays, and nothing is checked.
     void modifiesAOneOffEvent()
     {
         const QByteArray events = "[count]\nc=3\n[1]\nDate=7/1/2004\nTime=00:00\n"
@@ -397,8 +396,7 @@ private slots:
         QCOMPARE(cmbcat(window)->currentIndex(), 0);
     }
 
-    // A new category is kept at once; picked colours only with OK. Blue is 0xFF0000 in the
-    // store, red 0x0000FF.
+    // A new category is kept at once, picked colours only with OK (blue is 0xFF0000 stored).
     void closing_data()
     {
         QTest::addColumn<bool>("ok");
@@ -430,8 +428,7 @@ private slots:
         QCOMPARE(TestFolder::data(), crlf(expected));
     }
 
-    // Without any category, OK asks for one before the event is written, never "New..";
-    // "More" comes first so that the new one is not taken for it.
+    // Without categories OK asks for one first; "More" goes before it, not to be taken for it.
     void aStoreWithoutCategories_data()
     {
         QTest::addColumn<QString>("answer");
@@ -467,8 +464,7 @@ private slots:
         QCOMPARE(list->currentIndex(), 0);
     }
 
-    // The entry chosen is the item removed; moved events get their dates in the run-time's
-    // form.
+    // The entry chosen is the one removed; moved events get the run-time's date form.
     void removesTheChosenEntry_data()
     {
         QTest::addColumn<int>("entry");

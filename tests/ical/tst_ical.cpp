@@ -76,8 +76,7 @@ private slots:
         tzset();
     }
 
-    // Lines are written with "\n" ends here. The forms the export writes are checked by the
-    // round trip.
+    // Lines end in "\n" here. The round trip checks the forms the export writes.
     void mapping_data()
     {
         QTest::addColumn<QByteArray>("lines");
@@ -190,8 +189,7 @@ private slots:
         QVERIFY(items.last().note.contains("too long"));
     }
 
-    // Duplicates are held back until renamed; the rest are written as the add dialog writes
-    // them, new categories first.
+    // Duplicates wait until renamed; the rest go as the add dialog writes, new categories first.
     void writing()
     {
         const TestFolder folder;
@@ -270,8 +268,7 @@ for e in cal.walk('VEVENT'):
         QCOMPARE(uids(result.text).size(), 7);
     }
 
-    // Exported and imported into a store with the same categories and no events, every
-    // event is stored as it was.
+    // Exported, then imported into the same categories without events: every event comes back.
     void roundTripKeepsTheEvents()
     {
         const TestFolder folder;

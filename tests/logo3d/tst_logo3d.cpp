@@ -233,8 +233,7 @@ private slots:
         QVERIFY2(std::abs(off) <= kStep / 2 + 1e-9, qPrintable(QString::number(off)));
     }
 
-    // Timer2 ticks every 40 ms: each tick shows the next frame or, where the system timer's
-    // single precision lumps ticks together, the same one; a second turns one radian.
+    // 40 ms ticks move one frame, or none where single precision lumps them; a radian a second.
     void oneRadianASecond_data()
     {
         QTest::addColumn<QTime>("from");
@@ -284,7 +283,6 @@ private slots:
         LogoFrames frames(QStringLiteral(ORVA_FAKE_RENDERER));
         frames.start(QStringLiteral("logo.x"));
         // A window dragged larger: sizes come faster than turns are drawn, and the last counts.
-        // It is the size of the turn under way, whose first frames were dropped meanwhile.
         const QSize size(30, 16);
         QVERIFY(frames.next(0, size, 2).isNull()); // asked for, not drawn yet
         QTRY_VERIFY_WITH_TIMEOUT(frames.ready() > 0, kPatience);

@@ -123,8 +123,7 @@ private slots:
         QCOMPARE(poppler("pdftotext", {pdf, "-"}).simplified(), text.simplified() + " 1");
     }
 
-    // A daily event is listed once, not under every day, and no day's events are parted from
-    // their date by a page break.
+    // A daily event is listed once, and no page break parts a day's events from its date.
     void longRangesKeepDaysTogether()
     {
         QByteArray store = "[Categories]\nc=2\n1=More\n2=Work\n[rcount]\nc=1\n[r1]\n"
@@ -164,8 +163,7 @@ private slots:
                                     "There are no events to print on these dates.|64");
     }
 
-    // The whole window on one landscape page, as text and shapes: a bitmap of it would be
-    // one image of thousands of pixels a side.
+    // The whole window on one landscape page, as text and shapes rather than one big bitmap.
     void printsTheCalendarAsVectors()
     {
         // A day on which nothing is due, so that no reminder goes off.

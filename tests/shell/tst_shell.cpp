@@ -67,8 +67,7 @@ private slots:
         QCOMPARE(opened, QList<QUrl>{QUrl(address)});
     }
 
-    // Every link leads to a page that ships with the program, and the guide names the shop's
-    // departments rather than numbering them.
+    // Every link leads to a shipped page, and the guide names the shop's departments.
     void linksLeadToShippedPages()
     {
         const QString html = QString::fromUtf8(readBytes(ORVA_DATA_DIR "/homepage.html"));
