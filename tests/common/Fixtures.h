@@ -5,6 +5,7 @@
 #include "runtime/MsgBox.h"
 #include "runtime/ProgramFolder.h"
 #include "runtime/RuntimeError.h"
+#include "store/DataStore.h"
 #include "store/Files.h"
 
 #include <QDir>
@@ -12,7 +13,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
-#include <initializer_list>
 
 inline QByteArray readBytes(const QString &path)
 {
@@ -49,6 +49,28 @@ inline QByteArray crlf(QByteArray text)
     return text.replace("\n", "\r\n");
 }
 
+// One event's stored texts: "date|time|memo|cat", or for a recurring one
+// "type|day|month|time|memo|cat".
+inline QString eventText(int n)
+{
+    const store::EventRecord e = store::readEventRecord(n);
+    return QStringList{e.date, e.time, e.memo, e.cat}.join('|');
+}
+inline QString recurringText(int n)
+{
+    const store::RecurringEvent r = store::readRecurringEvent(n);
+    return QStringList{r.type, r.day, r.month, r.time, r.memo, r.cat}.join('|');
+}
+
+// A combo box's entries.
+template <typename List> QStringList entries(const List *list)
+{
+    QStringList texts;
+    for (int i = 0; i < list->count(); ++i)
+        texts << list->itemText(i);
+    return texts;
+}
+
 // The boxes shown, one a line: "prompt|style", and "|title" where it is not the program's.
 inline QString shownBoxes(const rt::MsgBoxRecorder &boxes)
 {
@@ -76,16 +98,6 @@ public:
     // Data.ini as bytes, and set from text with "\n" line ends.
     static QByteArray data() { return readBytes(files::dataIni()); }
     static void setData(const QByteArray &text) { writeBytes(files::dataIni(), crlf(text)); }
-
-    // Copies files of the source tree's data folder next to the program.
-    bool copyIn(const QString &from, std::initializer_list<const char *> names) const
-    {
-        for (const char *name : names) {
-            if (!QFile::copy(QDir(from).filePath(name), dir.filePath(name)))
-                return false;
-        }
-        return true;
-    }
 
     QTemporaryDir dir;
 };

@@ -1,9 +1,9 @@
+#include "Fixtures.h"
 #include "mainwindow/Form1.h"
-#include "runtime/MsgBox.h"
-#include "runtime/ProgramFolder.h"
 #include "shell/HelpWindow.h"
 #include "shell/Links.h"
-#include "shell/frmAbout.h"
+#include "shell/SingleInstance.h"
+#include "shell/TrayClicks.h"
 #include "shell/frmSplash.h"
 #include "shell/frmtask.h"
 #include "store/Files.h"
@@ -13,24 +13,20 @@
 #include <QLabel>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QTimer>
 
+using Reason = QSystemTrayIcon::ActivationReason;
+Q_DECLARE_METATYPE(QList<Reason>)
+
 class TestShell : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir dir;
+    TestFolder folder;
     QList<QUrl> opened;
-
-    static QByteArray tempUrl()
-    {
-        QFile f(files::tempUrl());
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
 
     // The first line of text at the top of the help window's view.
     static QString topLine(HelpWindow &help)
@@ -44,7 +40,6 @@ class TestShell : public QObject
 private slots:
     void initTestCase()
     {
-        rt::setProgramFolderForTest(dir.path());
         links::setOpenForTest([this](const QUrl &url) { opened.append(url); });
     }
     void init() { opened.clear(); }
@@ -55,7 +50,6 @@ private slots:
         QTest::addColumn<QString>("address");
         const QString page = links::homepage() + QStringLiteral("?id=");
         QTest::newRow("first") << "1" << page + "174";
-        QTest::newRow("middle") << "7" << page + "168";
         QTest::newRow("last") << "12" << page + "177";
         QTest::newRow("zero") << "0" << QString();
         QTest::newRow("past the table") << "13" << QString();
@@ -66,39 +60,26 @@ private slots:
         QFETCH(QString, id);
         QFETCH(QString, address);
         links::shopLink(id);
-        QCOMPARE(tempUrl(), "[internetshortcut]\r\nurl=" + address.toUtf8() + "\r\n");
+        // Rows share the folder: each link replaces the shortcut the last one left.
+        QCOMPARE(readBytes(files::tempUrl()),
+                 "[internetshortcut]\r\nurl=" + address.toUtf8() + "\r\n");
         // The shortcut is opened even with nothing in it.
         QCOMPARE(opened, QList<QUrl>{QUrl(address)});
     }
 
-    void twoLinksInARowLeaveTheLast()
-    {
-        links::shopLink(QStringLiteral("2"));
-        links::shopLink(QStringLiteral("11"));
-        QCOMPARE(tempUrl(),
-                 "[internetshortcut]\r\nurl=" + links::shopAddress("11").toUtf8() + "\r\n");
-        QCOMPARE(opened,
-                 (QList<QUrl>{QUrl(links::shopAddress("2")), QUrl(links::shopAddress("11"))}));
-    }
-
-    // Every link leads to a page that ships with the program, and the guide names the shop's
-    // departments rather than numbering them.
+    // Every link leads to a shipped page, and the guide names the shop's departments.
     void linksLeadToShippedPages()
     {
-        QFile page(ORVA_DATA_DIR "/homepage.html");
-        QVERIFY(page.open(QIODevice::ReadOnly));
-        const QString html = QString::fromUtf8(page.readAll());
+        const QString html = QString::fromUtf8(readBytes(ORVA_DATA_DIR "/homepage.html"));
         QCOMPARE(QUrl(links::homepage()).toLocalFile(), files::inProgramFolder("homepage.html"));
         for (int n = 1; n <= 12; ++n) {
             const QUrl shop(links::shopAddress(QString::number(n)));
             QCOMPARE(shop.adjusted(QUrl::RemoveQuery), QUrl(links::homepage()));
             QVERIFY(html.contains(QString("id=\"d%1\"").arg(shop.query().mid(3))));
         }
-        QFile guide(ORVA_DATA_DIR "/help.hlp");
-        QVERIFY(guide.open(QIODevice::ReadOnly));
-        const QString text = QString::fromUtf8(guide.readAll());
-        QVERIFY(!QRegularExpression("\"shop:\\d+\">\\d").match(text).hasMatch());
-        QCOMPARE(text.count(QRegularExpression("\"shop:\\d+\">\\w")), 12);
+        const QString guide = QString::fromUtf8(readBytes(ORVA_DATA_DIR "/help.hlp"));
+        QVERIFY(!QRegularExpression("\"shop:\\d+\">\\d").match(guide).hasMatch());
+        QCOMPARE(guide.count(QRegularExpression("\"shop:\\d+\">\\w")), 12);
     }
 
     void splashHandsOverToTheTrayAfterTwoSeconds()
@@ -106,43 +87,27 @@ private slots:
         frmSplash splash;
         QVERIFY(!splash.findChild<QLabel *>("Image1")->pixmap().isNull());
         splash.Form_Load();
-        QVERIFY(splash.isVisible());
-        QCOMPARE(splash.Timer1()->interval(), 2000);
-        QVERIFY(splash.Timer1()->isActive() && !splash.task());
+        QVERIFY(splash.isVisible() && splash.Timer1()->isActive() && !splash.task());
         // The timer's tick, sent rather than waited for, which a busy machine could delay.
         QTimerEvent tick(splash.Timer1()->timerId());
         QCoreApplication::sendEvent(splash.Timer1(), &tick);
-        QVERIFY(splash.task());
-        QVERIFY(!splash.isVisible());
-        QVERIFY(splash.task()->form()->isVisible());
+        QVERIFY(splash.task() && splash.task()->form()->isVisible() && !splash.isVisible());
     }
 
-#ifndef Q_OS_WIN
-    void noSystemInformationWithoutARegistry()
-    {
-        QString value = QStringLiteral("untouched");
-        QVERIFY(!frmAbout::GetKeyValue("HKEY_LOCAL_MACHINE",
-                                       "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO", "PATH", value));
-        rt::MsgBoxRecorder boxes;
-        frmAbout().StartSysInfo();
-        QCOMPARE(boxes.calls.size(), 1);
-        QCOMPARE(boxes.calls[0].prompt,
-                 QStringLiteral("System Information Is Unavailable At This Time"));
-        QCOMPARE(boxes.calls[0].style, int(rt::vbOKOnly));
-    }
-#endif
-
+    // Without the guide a box tells where it was looked for; with it, the window opens.
     void helpOpensAtContentsAndIndex()
     {
         QFile::remove(files::helpHlp());
-        QVERIFY(QFile::copy(ORVA_DATA_DIR "/help.hlp", files::helpHlp()));
         HelpWindow help;
-        QVERIFY(help.showIndex());
-        QVERIFY(help.isVisible());
-        QCOMPARE(help.browser()->source().fragment(), QStringLiteral("index"));
+        {
+            rt::MsgBoxRecorder boxes;
+            QVERIFY(!help.showContents() && !help.isVisible());
+            QCOMPARE(shownBoxes(boxes), "Cannot find the help file " + files::helpHlp() + ".|48");
+        }
+        QVERIFY(QFile::copy(ORVA_DATA_DIR "/help.hlp", files::helpHlp()));
+        QVERIFY(help.showIndex() && help.isVisible());
         QCOMPARE(topLine(help), QStringLiteral("Index"));
         QVERIFY(help.showContents());
-        QCOMPARE(help.browser()->source().fragment(), QStringLiteral("contents"));
         QCOMPARE(topLine(help), QStringLiteral("ORVA Calendar Help"));
         help.anchorClicked(QUrl("#password"));
         QCOMPARE(topLine(help), QStringLiteral("13. The password"));
@@ -155,17 +120,6 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&help));
         QTest::keyClick(help.browser(), Qt::Key_Escape);
         QVERIFY(!help.isVisible());
-    }
-
-    void missingHelpIsReported()
-    {
-        QFile::remove(files::helpHlp());
-        rt::MsgBoxRecorder boxes;
-        HelpWindow help;
-        QVERIFY(!help.showContents());
-        QVERIFY(!help.isVisible());
-        QCOMPARE(boxes.calls.size(), 1);
-        QVERIFY(boxes.calls[0].prompt.contains(files::helpHlp()));
     }
 
     void logoOpensTheHomepageOnlyWhileShown()
@@ -182,6 +136,62 @@ private slots:
         picture->hide();
         form.Picture1_Click();
         QCOMPARE(homepage.count(), 1);
+    }
+
+    // One name per user and program folder, however the folder's path is spelt.
+    void serverName_data()
+    {
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<bool>("same");
+        QTest::newRow("one path, spelt longer") << "1000"
+                                                << "/opt/./a" << true;
+        QTest::newRow("other user") << "1001"
+                                    << "/opt/a" << false;
+        QTest::newRow("other folder") << "1000"
+                                      << "/opt/b" << false;
+    }
+    void serverName()
+    {
+        QFETCH(QString, user);
+        QFETCH(QString, folder);
+        QTemporaryDir root;
+        QVERIFY(QDir(root.path()).mkpath("opt/a") && QDir(root.path()).mkpath("opt/b"));
+        const QString name = SingleInstance::serverName(user, root.path() + folder);
+        QTEST(name == SingleInstance::serverName("1000", root.path() + "/opt/a"), "same");
+        QVERIFY(name.size() < 64 && !name.contains('/'));
+    }
+
+    void restores_data()
+    {
+        QTest::addColumn<QList<Reason>>("reasons");
+        QTest::addColumn<QList<qint64>>("times");
+        QTest::addColumn<QList<bool>>("expected");
+        constexpr Reason T = QSystemTrayIcon::Trigger;
+        constexpr Reason D = QSystemTrayIcon::DoubleClick;
+        constexpr Reason C = QSystemTrayIcon::Context;
+        // StatusNotifierItem trays: Triggers only, paired within 400 ms.
+        QTest::newRow("two quick") << QList{T, T} << QList<qint64>{0, 400} << QList{false, true};
+        QTest::newRow("two slow") << QList{T, T} << QList<qint64>{0, 401} << QList{false, false};
+        QTest::newRow("slow, then quick")
+            << QList{T, T, T} << QList<qint64>{0, 1000, 1200} << QList{false, false, true};
+        QTest::newRow("three quick: one restore")
+            << QList{T, T, T} << QList<qint64>{0, 100, 200} << QList{false, true, false};
+        QTest::newRow("menu between")
+            << QList{T, C, T} << QList<qint64>{0, 100, 200} << QList{false, false, false};
+        // XEmbed trays: a press, then the tray's own double click; the next press starts anew.
+        QTest::newRow("xembed double")
+            << QList{T, D, T} << QList<qint64>{0, 150, 300} << QList{false, true, false};
+    }
+    void restores()
+    {
+        QFETCH(QList<Reason>, reasons);
+        QFETCH(QList<qint64>, times);
+        TrayClicks clicks;
+        QList<bool> got;
+        for (qsizetype i = 0; i < reasons.size(); ++i)
+            got << clicks.isDoubleClick(reasons[i], times[i], 400);
+        QTEST(got, "expected");
     }
 };
 
