@@ -149,8 +149,7 @@ private slots:
         QVERIFY(backup::copies().isEmpty());
     }
 
-    // The window asks first, and says when the copy brings back another password; a restore
-    // keeps the store it replaces.
+    // The window asks first, warns of another password, and keeps the store it replaces.
     void restoreWindowAsks()
     {
         TestFolder folder;

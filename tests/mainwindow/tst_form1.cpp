@@ -23,8 +23,7 @@ const QByteArray kStore =
     "[r3]\nType=Yearly\nDay=10\nMonth=3\nTime=00:00\nMemo=yearly\nCat=Work\n"
     "[count]\nc=1\n[1]\nDate=3/3/2026\nTime=9:00 AM\nMemo=Dentist\nCat=Work\n";
 
-// A count of a billion, read as the loader's limit of 100,000 categories; category 2 on 3
-// March, category 1001 on 4 March.
+// A count of a billion, read as 100,000; category 2 on 3 March, 1001 on 4 March.
 const QByteArray kDamaged = "[Categories]\nc=1e9\n2=Work\n2c=200\n1001=Late\n1001c=300\n"
                             "[count]\nc=2\n[1]\nDate=3/3/2026\nTime=9:00 AM\nMemo=a\nCat=Work\n"
                             "[2]\nDate=3/4/2026\nTime=9:00 AM\nMemo=b\nCat=Late\n";
@@ -58,8 +57,7 @@ private slots:
     }
     void cleanup() { form_.reset(); }
 
-    // The legend and the View menu build what can be seen of a damaged count: menu items stop
-    // at 1,000, and the categories beyond share the hidden first item's check.
+    // A damaged count: menu items stop at 1,000, the rest share the hidden first one's check.
     void damagedCategoryCount()
     {
         load(kDamaged);
@@ -153,9 +151,7 @@ private slots:
         QVERIFY(form.isVisible());
     }
 
-    // Maximised on common screens, the calendar reaches the bottom of the window, the legend
-    // and the logo stay inside it, one above the other, and no legend name loses its
-    // descenders.
+    // Maximised: the calendar reaches the bottom, legend above logo inside, no name cut.
     void fillsTheScreen_data()
     {
         QTest::addColumn<QSize>("size");

@@ -124,8 +124,7 @@ private slots:
         QVERIFY(w.inView().first() > 501);
     }
 
-    // Tab and Shift+Tab walk the rows, bringing each wholly into view, and leave the legend
-    // past its ends.
+    // Tab and Shift+Tab walk the rows into view, and leave the legend past its ends.
     void tabGoesRowToRow_data()
     {
         QTest::addColumn<int>("count");

@@ -11,8 +11,7 @@ class TestOwnActivations : public QObject
     Q_OBJECT
 
 private slots:
-    // Steps: the main window, another of the program's windows, a menu or another application
-    // taking the focus, or the main window hidden and shown again.
+    // Steps: main, another of our windows, a popup, another program (away), or hide.
     void reloads_data()
     {
         QTest::addColumn<QStringList>("steps");

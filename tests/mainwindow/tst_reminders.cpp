@@ -42,8 +42,7 @@ void writeStore(const QByteArray &text)
                         text);
 }
 
-// The instants of "2026-03-03 9:00:00.02" or, on the date before, "9:00:00.02"; "A~B" is
-// every 40 ms from A to B.
+// "2026-03-03 9:00:00.02", or "9:00:00.02" on the date before; "A~B": every 40 ms.
 QList<rt::Date> instants(const QString &text, rt::Date &date)
 {
     const auto at = [&date](const QString &t) {
@@ -94,8 +93,7 @@ class TstReminders : public QObject
 
 private slots:
 
-    // Each tick is marked 'x' when something fired in it, '!' when it raised a run-time
-    // error, '.' otherwise.
+    // A tick's mark: 'x' when something fired, '!' on a run-time error, '.' otherwise.
     void timeline_data()
     {
         QTest::addColumn<QByteArray>("store");
@@ -177,10 +175,7 @@ private slots:
         QTEST(out.log.value(out.log.size() - 1), "last");
     }
 
-    // The check walks the events only when a minute begins, after a reload, cleared flags or
-    // a closed alarm window, after a clock jump and after an error. Beside it runs a check
-    // made to walk at every tick (a reload before each, which changes nothing else): both
-    // must fire the same reminders at the same ticks and keep the same flags.
+    // Walking only as a minute begins or after a change acts as walking at every tick.
     void walksOnlyWhenSomethingChanged_data()
     {
         QTest::addColumn<QByteArray>("store");
@@ -268,8 +263,7 @@ private slots:
         QTEST(int(check.fullChecks()), "walks");
     }
 
-    // The running window: two memos due in the same tick leave the shared alarm window
-    // showing the second.
+    // Two memos due in one tick: the shared alarm window shows the second.
     void alarmWindowOnTimer1()
     {
         rt::Clock::setSource([] { return rt::CDate("2026-03-03 9:00:05"); });
@@ -284,8 +278,7 @@ private slots:
         QVERIFY(alarm->isVisible() && !alarm->isModal());
         QCOMPARE(alarm->txtMemo()->toPlainText(), QString("Pharmacy"));
         QCOMPARE(alarm->txttitle()->text(), QString("3/3/2026  9:00:00 AM"));
-        // One chime per memo shown, none when the window is activated again; with no
-        // alarm.wav here, nothing plays.
+        // One chime per memo shown, none on reactivation; with no alarm.wav, no sound.
         QCOMPARE(alarm->chimes(), 2);
         QEvent activate(QEvent::WindowActivate);
         QCoreApplication::sendEvent(alarm, &activate);

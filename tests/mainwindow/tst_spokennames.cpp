@@ -38,8 +38,7 @@ private slots:
         QTEST(spoken::legendRowName("More", colour), "name");
     }
 
-    // What is read for a day is what its popup lists, in the popup's order, with the
-    // category its colour stands for first.
+    // A day reads as its popup lists, after the category its colour stands for.
     void days_data()
     {
         QTest::addColumn<double>("date");

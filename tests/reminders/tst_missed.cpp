@@ -36,8 +36,7 @@ class TstMissed : public QObject
     TestFolder folder;
 
 private slots:
-    // Ticks at chosen instants after a state file (none: "-"); each tick lists what it found
-    // as "text day hour:minute", newest first.
+    // Ticks after a state file ("-": none); each lists "text m/d h:mm" found, newest first.
     void pass_data()
     {
         QTest::addColumn<QByteArray>("stateFile");
@@ -103,8 +102,7 @@ private slots:
         QTEST(found, "found");
     }
 
-    // Newest first as found, twenty rows and a count of the rest; an action only on its
-    // button. While the window is open, a later find of the same event replaces it.
+    // Newest first, 20 rows and a count of the rest; a later find of an event replaces it.
     void window()
     {
         QList<reminders::MissedReminder> found;

@@ -149,8 +149,7 @@ private slots:
         QTest::newRow("zero") << "en_US" << 0.0 << "12:00:00 AM";
         QTest::newRow("date") << "en_US" << 38197.0 << "7/29/2004";
         QTest::newRow("both") << "en_US" << 38197.375 << "7/29/2004 9:00:00 AM";
-        QTest::newRow("pm") << "en_US" << 38197.0 + 21 / 24.0 + 5 / 1440.0
-                            << "7/29/2004 9:05:00 PM";
+        QTest::newRow("pm") << "en_US" << 38197.875 + 5 / 1440.0 << "7/29/2004 9:05:00 PM";
         QTest::newRow("rounds half up") << "en_US" << 0.375 + 0.5 / 86400 << "9:00:01 AM";
         QTest::newRow("year 100") << "en_US" << DateSerial(100, 1, 1) << "1/1/0100";
         QTest::newRow("gb zero") << "en_GB" << 0.0 << "00:00:00";

@@ -8,8 +8,7 @@
 namespace
 {
 
-// What one conversion gives: the value as text, or "E" and the number of the error it
-// raises. Its "errors ignored" form must agree, and keep the field when it fails.
+// The value as text, or "E" and the error; the try form agrees and keeps the field.
 template <typename T>
 QString outcome(T (*convert)(const QString &), bool (*tryConvert)(const QString &, T &),
                 const QString &text)

@@ -61,8 +61,7 @@ private slots:
         QCOMPARE(shown, QStringLiteral("ORVA Calendar|Saved."));
     }
 
-    // A timer whose handler fails on every tick: the box keeps the loop running, the
-    // ticks meanwhile show no second box, and the program ends with the error's status.
+    // A handler failing every tick: one box, the loop runs, the program ends with the status.
     void guardedErrorIsReportedOnce()
     {
         QTimer timer;

@@ -100,8 +100,7 @@ private slots:
         QCOMPARE(model.categoryColours, QStringList({"", "65280", "-1", "42"}));
     }
 
-    // One code a character, in the store's code page: a double-byte character's two bytes
-    // make one signed code, and a character outside it, even of two UTF-16 units, one '?'.
+    // One code a character in the code page: double-byte as one signed code, others '?'.
     void password_data()
     {
         QTest::addColumn<int>("codePage");
@@ -161,8 +160,7 @@ private slots:
         QCOMPARE(boxes.calls.size(), 1);
     }
 
-    // Two calendars adding events to one store at once: each reads the count and writes the
-    // event it numbers with no change of the other's between, so no event takes another's place.
+    // Two calendars adding events at once: count and write stay together, so none is lost.
     void twoWritersAddingEventsKeepThemAll()
     {
         pid_t writers[2];

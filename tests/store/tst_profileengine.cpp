@@ -77,8 +77,7 @@ private slots:
         removeFile(file_);
     }
 
-    // The code page follows the user's language; a store written in it reads back in it, and
-    // one another program wrote in it shows its text. One row for each way of converting.
+    // The code page follows the language: our writes read back, and others' text shows.
     void codePages_data()
     {
         QTest::addColumn<QByteArray>("locale");
@@ -311,8 +310,7 @@ private slots:
         QCOMPARE(readBytes(file_), QByteArray("[S]\r\nk=1\r\n"));
     }
 
-    // A batch gives the bytes its writes one by one would, in one replace at its commit; a
-    // batch left without one, or whose commit meets a full disk, leaves the files as they were.
+    // A batch writes all at its commit; nothing if left uncommitted or the disk is full.
     void batchWritesAllOrNothing_data()
     {
         QTest::addColumn<bool>("committed");
@@ -351,8 +349,7 @@ private slots:
         QFile::remove(missing);
     }
 
-    // A write goes through a symbolic link to its target, also one not there yet, and keeps
-    // the target's mode; a link into a folder that is not there fails and stays a link.
+    // Writes go through links and keep the mode; a link into no folder fails and stays.
     void writesGoThroughLinksAndKeepTheMode()
     {
         const QString target = dir_.filePath("target.ini");
@@ -451,8 +448,7 @@ private slots:
         QTest::newRow("ext2 image") << true;
     }
 
-    // Another program changes a value in place, keeping the size, within the timestamp tick
-    // of our last write; our next write keeps its change, and a read sees it.
+    // Another program's same-size edit within our last write's tick survives our next write.
     void inPlaceEditsSurviveOurWrites()
     {
         QFETCH(bool, ext2);
@@ -591,8 +587,7 @@ private slots:
         QTEST(readKey(file, "S", "k"), "expected");
     }
 
-    // Random writes, odd ones included, must leave the cached copy as a fresh parse of the file
-    // would be: the same bytes from the next write and the same reads.
+    // After random writes the cached copy matches a fresh parse: same bytes, same reads.
     void cachedCopyMatchesAFreshParse()
     {
         const QByteArray start = B("x=0\r\n[A]\r\na=1\r\n\r\n[b]\nB=2\n;c=3\r\n[A]\r\nc=4");

@@ -49,8 +49,7 @@ private slots:
         QTest::newRow("9999") << 9999 << 28;
     }
 
-    // Day d of a month lands in cell (weekday of the 1st, Sunday = 0) + d - 1; unused cells show
-    // "0" and are hidden, and only January's are also disabled.
+    // Day d is in cell weekday(1st) + d - 1; unused show "0", hidden, January's disabled.
     void fillsEveryMonth()
     {
         QFETCH(int, year);
@@ -98,9 +97,7 @@ private slots:
         QTEST(model.GetDayBackcolor(read), "colour");
     }
 
-    // A click whitens and rebuilds the year, brings back the colours kept for the displayed year
-    // and greys only the clicked cell. A January colour given with another year's date showed at
-    // once but is not kept for this year; colours set on cells directly are lost.
+    // A click rebuilds the year, re-applies its kept colours and greys only the clicked cell.
     void clickRebuildsAndReapplies()
     {
         CalendarModel model;
@@ -132,8 +129,7 @@ private slots:
         QCOMPARE(grey, 1);
     }
 
-    // A January colour is kept with the cell of the January on show when it was given: in its
-    // own year that cell may show another day.
+    // A January colour stays with its cell, which in its own year may show another day.
     void yearButtonsReapplyTheirYear()
     {
         CalendarModel model;
@@ -153,8 +149,7 @@ private slots:
         QCOMPARE(model.GetDayBackcolor(date(2024, 1, 5)), rt::kWhite);
     }
 
-    // Once today has been found in January, the setter keeps painting a January cell: the one
-    // at today's index in February's cells, or none at all from March on.
+    // Once today was in January the setter paints a January cell, or none from March on.
     void todayInJanuaryOutlivesJanuary()
     {
         rt::Clock::setSource([] { return date(2024, 1, 10); });
@@ -172,8 +167,7 @@ private slots:
         QVERIFY_THROWS_EXCEPTION(rt::RuntimeError, model.setDayForeColor(kGreen));
     }
 
-    // Past midnight the mark moves to the new day, as a refill would place it; the cells keep
-    // their back colours. A displayed year without the new day just loses the mark.
+    // At midnight the mark moves, back colours stay; a year without the new day loses it.
     void todayMovesAtMidnight_data()
     {
         QTest::addColumn<int>("displayedYear");
@@ -215,9 +209,7 @@ private slots:
 
     // The colours kept for re-application.
 
-    // Random histories crowded onto few years, cells and colours, so that entries overwrite,
-    // interleave and repeat; after every step each year's re-application must leave the same
-    // cells as the literal list, starting from arbitrary cell colours.
+    // Random crowded histories: each year's re-application matches the literal list.
     void actsLikeTheLiteralList()
     {
         QRandomGenerator random(20240315);
@@ -258,8 +250,7 @@ private slots:
         }
     }
 
-    // A host that paints the same days on every activation leaves the list as it was after the
-    // first painting.
+    // Painting the same days on every activation does not grow the list.
     void repaintingTheSameDaysDoesNotGrow()
     {
         DayColorList list;

@@ -22,8 +22,7 @@ class TestDayFocus : public QObject
     Q_OBJECT
 
 private slots:
-    // Steps count the days the grid shows: February 29 is there in every fourth year, 1900
-    // and 2100 included, and a step of a day or a week runs on into the next month and year.
+    // Steps run over months and years; 29 February is there every fourth year, 1900 too.
     void steps_data()
     {
         QTest::addColumn<GridDay>("from");

@@ -78,8 +78,7 @@ private slots:
         rt::setDpiForTest(0);
     }
 
-    // A year button's simulated click on January's cell 20 comes before YearChanged, and
-    // while the host hears of it the selection is still the old one.
+    // A year button clicks January's cell 20 before YearChanged, the old selection still on.
     void mouse_data()
     {
         QTest::addColumn<QString>("action");
@@ -135,9 +134,7 @@ private slots:
         QCOMPARE(back(c.findChild<QLabel *>("j1_20")) == QColor(157, 157, 157), !moved);
     }
 
-    // Keys on the focused day take the mouse's paths (Enter and Menu are tested end to end);
-    // Ctrl+PageUp/PageDown press the year buttons and the focus keeps its day; a step past the
-    // year's end brings in the next year the way the "+" button does.
+    // Keys take the mouse's paths; Ctrl+PageUp/Down press the year buttons, the day kept.
     void keys_data()
     {
         QTest::addColumn<QString>("from");
@@ -174,8 +171,7 @@ private slots:
         QTEST(spokenName(QApplication::focusWidget()), "focused");
     }
 
-    // A cell's name is its date as a person says it, what the grid marks on it and what the
-    // host, told the colour painted on the day, adds.
+    // A cell's name: its date spoken, the grid's marks, and the host's words for its colour.
     void names()
     {
         UserControl1 c;
@@ -192,8 +188,7 @@ private slots:
         QCOMPARE(c.dayName(yearcal::j1(0)), QString()); // an unused cell
     }
 
-    // Typing a year and Enter refills the grid and nothing more: no event, the selection and
-    // the colours stay on the cells they were on until the next click re-applies the new year's.
+    // Typing a year and Enter only refills the grid: no event; selection and colours stay.
     void enterRefillsOnly()
     {
         UserControl1 c;
