@@ -20,7 +20,7 @@ private slots:
         QTest::newRow("script") << QByteArray("#!/bin/sh\ntrue\n") << true << true;
         QTest::newRow("document with the execute bit") << QByteArray("minutes\n") << true << false;
         QTest::newRow("empty file with the execute bit") << QByteArray() << true << false;
-        QTest::newRow("script without the execute bit")
+        QTest::newRow("script, not executable")
             << QByteArray("#!/bin/sh\ntrue\n") << false << false;
     }
     void programs()

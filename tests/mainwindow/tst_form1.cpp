@@ -164,10 +164,7 @@ private slots:
     void fillsTheScreen()
     {
         QFETCH(QSize, size);
-        TestFolder::setData("[Categories]\nc=3\n1=More\n2=Birthday\n3=Holiday\n");
-        form_ = std::make_unique<Form1>();
-        form_->Form_Load();
-        form_->show();
+        load("[Categories]\nc=3\n1=More\n2=Birthday\n3=Holiday\n").show();
         form_->resize(size);
         const QWidget *client = form_->centralWidget();
         const auto box = [client](const char *name) {

@@ -84,8 +84,7 @@ private slots:
         QTest::newRow("100,000, half a row down") << 100000 << 135 << "2-15" << 1.0;
         QTest::newRow("100,000, in the middle") << 100000 << 270 * 50000 << "50001-50014" << 1.0;
         QTest::newRow("100,000, at the end") << 100000 << -1 << "99987-100000" << 1.0;
-        QTest::newRow("rows half as high again, at the end")
-            << 100000 << -1 << "99992-100000" << 1.5;
+        QTest::newRow("taller rows, at the end") << 100000 << -1 << "99992-100000" << 1.5;
     }
     void onlyTheRowsInViewExist()
     {

@@ -106,6 +106,7 @@ private slots:
             QTest::newRow(name) << year << QString(painter) << events << oneOffs
                                 << QString(painted);
         };
+        const RecurringEvent work29 = recurring(store::kYearly, "29", "Work", "7");
         row("weekly, 2018 starts on a Monday", 2018, "weekly",
             {recurring(store::kWeekly, "Monday", "Work")}, 0, "200x53; 53 calls, last 2018-12-31");
         row("weekly: a name that is no weekday keeps the previous event's", 2004, "weekly",
@@ -114,14 +115,11 @@ private slots:
             0, "100x52; 104 calls, last 2004-12-28");
         row("monthly: a short month paints the month before's date again", 2004, "monthly",
             {recurring(store::kMonthly, "31", "Work")}, 0, "200x7; 12 calls, last 2004-12-31");
-        row("yearly: same category", 2004, "yearly",
-            {recurring(store::kYearly, "29", "Work", "7"),
-             recurring(store::kYearly, "29", "Work", "7")},
-            0, "200x1; 2 calls, last 2004-07-29");
+        row("yearly: same category", 2004, "yearly", {work29, work29}, 0,
+            "200x1; 2 calls, last 2004-07-29");
         row("yearly: two categories turn More", 2004, "yearly",
-            {recurring(store::kYearly, "29", "Work", "7"),
-             recurring(store::kYearly, "29", "Home", "7")},
-            0, "100x1; 2 calls, last 2004-07-29");
+            {work29, recurring(store::kYearly, "29", "Home", "7")}, 0,
+            "100x1; 2 calls, last 2004-07-29");
         row("yearly: a name in another case is no category: black", 2004, "yearly",
             {recurring(store::kYearly, "29", "work", "7")}, 0, "0x1; 1 calls, last 2004-07-29");
         // One-off events compare the day with black, not with their own colour.
