@@ -51,15 +51,11 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QChar>("separator");
         QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, const char *text, char separator,
-                            const char *expected) {
-            QTest::newRow(name) << QString(text) << QChar(separator) << QString(expected);
-        };
-        row("windows path", "&**C:\\Tools\\run.exe", '\\', "run.exe");
-        row("no backslash", "&**notes", '\\', "**notes");
-        row("unix path", "&**/usr/bin/x", '/', "x");
-        row("unix deep path, start outgrown", "&**/home/ann/a/b/c/notes.odt", '/', "c/notes.odt");
-        row("empty", "", '/', "");
+        QTest::newRow("windows path") << "&**C:\\Tools\\run.exe" << QChar('\\') << "run.exe";
+        QTest::newRow("no backslash") << "&**notes" << QChar('\\') << "**notes";
+        QTest::newRow("unix path") << "&**/usr/bin/x" << QChar('/') << "x";
+        QTest::newRow("deep") << "&**/home/ann/a/b/c/notes.odt" << QChar('/') << "c/notes.odt";
+        QTest::newRow("empty") << "" << QChar('/') << "";
     }
     void fileNameOf()
     {
@@ -72,12 +68,10 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, const char *text, const char *expected) {
-            QTest::newRow(name) << QString(text) << QString(expected);
-        };
-        row("long memo", "Lunch with Ann and Bob", "Lunch with Ann ...");
-        row("empty", "", "...");
-        row("action", "&**/home/ann/Long name tool.sh", "Long name tool....");
+        QTest::newRow("long memo") << "Lunch with Ann and Bob" << QString("Lunch with Ann ...");
+        QTest::newRow("empty") << "" << QString("...");
+        QTest::newRow("action") << "&**/home/ann/Long name tool.sh"
+                                << QString("Long name tool....");
     }
     void captions()
     {

@@ -45,10 +45,6 @@ class TestForm1 : public QObject
         return *form_;
     }
     QAction *item(const char *name) { return form_->findChild<QAction *>(QLatin1String(name)); }
-    rt::WinColor colourOn(int m, int d)
-    {
-        return form_->Cal()->GetDayBackcolor(DateSerial(2026, m, d));
-    }
 
 private slots:
     void initTestCase()
@@ -103,7 +99,8 @@ private slots:
             item(qPrintable(name))->trigger();
         QStringList shown;
         for (const QString &day : march.split(' ')) {
-            const rt::WinColor colour = colourOn(3, day.section('=', 0, 0).toInt());
+            const rt::WinColor colour =
+                form_->Cal()->GetDayBackcolor(DateSerial(2026, 3, day.section('=', 0, 0).toInt()));
             shown << day.section('=', 0, 0) + '=' +
                          (colour == rt::kWhite ? "white" : QString::number(colour));
         }

@@ -66,10 +66,7 @@ struct Recorder : ReminderOutput {
 
     void note(const char *how, const Alarm &a)
     {
-        log << QStringLiteral("%1|%2|%3|%4|%5")
-                   .arg(how, a.category)
-                   .arg(a.colour)
-                   .arg(a.memo, a.when);
+        log << QStringList{how, a.category, QString::number(a.colour), a.memo, a.when}.join('|');
     }
     void showOneOffAlarm(const Alarm &a) override { note("modeless", a); }
     void showRecurringAlarm(const Alarm &a, std::function<void()> closed) override
@@ -186,33 +183,30 @@ private slots:
                                oneOff(2, "3/3/2026", "00:00", "Holiday") +
                                rec("Daily", "", "", "9:00 AM", "Stretch") +
                                "[r2]\nType=Weekly\nDay=Tuesday\nTime=9:01 AM\nMemo=Bins\n";
-        QTest::newRow("a walk as each minute begins")
-            << day << "2026-03-03 8:59:58.02~9:00:01, 9:00:58.02~9:01:01" << 4;
-        QTest::newRow("a reload and cleared flags within the minute")
-            << day
-            << "2026-03-03 9:00:00.02~9:00:00.5, reload, 9:00:00.54~9:00:01, clear, "
-               "9:00:01.02~9:00:02"
-            << 3;
-        QTest::newRow("alarm windows closed within the minute")
-            << counts(1, 2) + oneOff(1, "1/1/2026", "00:00", "plain") +
-                   rec("Daily", "", "", "9:00 AM", "Stretch") +
-                   "[r2]\nType=Daily\nTime=9:00 AM\nMemo=Water\n"
-            << "2026-03-03 9:00:00.02~9:00:01, close, 9:00:01.02~9:00:02, close, "
-               "9:00:02.02~9:00:03"
-            << 3;
-        QTest::newRow("the clock set back, forward, to the next day and back")
-            << day
-            << "2026-03-03 9:00:00.02~9:00:00.5, 8:59:59.9, 9:00:00.02, 9:00:10, "
-               "2026-03-04 9:00:00.02~9:00:00.5, 2026-03-03 9:00:30"
-            << 5;
-        QTest::newRow("midnight") << day
-                                  << "2026-03-03 23:59:58.02~23:59:59.98, "
-                                     "2026-03-04 0:00:00.02~0:00:01"
-                                  << 2;
-        QTest::newRow("an error walks again at every tick")
-            << counts(1, 1) + oneOff(1, "1/1/2026", "00:00", "plain") +
-                   rec("Yearly", "29", "2", "00:00", "Leap")
-            << "2026-03-03 12:00:00.02~12:00:00.2" << 5;
+        const auto row = [](const char *name, const QByteArray &store, int walks,
+                            const char *steps) {
+            QTest::newRow(name) << store << QString(steps) << walks;
+        };
+        const QByteArray plain = counts(1, 2) + oneOff(1, "1/1/2026", "00:00", "plain");
+        row("a walk as each minute begins", day, 4,
+            "2026-03-03 8:59:58.02~9:00:01, 9:00:58.02~9:01:01");
+        row("a reload and cleared flags within the minute", day, 3,
+            "2026-03-03 9:00:00.02~9:00:00.5, reload, 9:00:00.54~9:00:01, clear, "
+            "9:00:01.02~9:00:02");
+        row("alarm windows closed within the minute",
+            plain + rec("Daily", "", "", "9:00 AM", "Stretch") +
+                "[r2]\nType=Daily\nTime=9:00 AM\nMemo=Water\n",
+            3,
+            "2026-03-03 9:00:00.02~9:00:01, close, 9:00:01.02~9:00:02, close, 9:00:02.02~9:00:03");
+        row("the clock set back, forward, to the next day and back", day, 5,
+            "2026-03-03 9:00:00.02~9:00:00.5, 8:59:59.9, 9:00:00.02, 9:00:10, "
+            "2026-03-04 9:00:00.02~9:00:00.5, 2026-03-03 9:00:30");
+        row("midnight", day, 2,
+            "2026-03-03 23:59:58.02~23:59:59.98, 2026-03-04 0:00:00.02~0:00:01");
+        row("an error walks again at every tick",
+            counts(1, 1) + oneOff(1, "1/1/2026", "00:00", "plain") +
+                rec("Yearly", "29", "2", "00:00", "Leap"),
+            5, "2026-03-03 12:00:00.02~12:00:00.2");
     }
     void walksOnlyWhenSomethingChanged()
     {

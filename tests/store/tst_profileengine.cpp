@@ -140,8 +140,7 @@ private slots:
         row("NUL ends the value", B("[S]\r\nk=ab\0cd\r\n"), "S", "k", "ab");
         row("NUL before the =", B("[S]\r\nk\0=v\r\n"), "S", "k", d);
         row("NUL only ends its line", B("[S]\r\nx=1\0\r\nk=v\r\n"), "S", "k", "v");
-        row("5000-character line", "[S]\r\nx=" + QByteArray(5000, 'x') + "\r\nk=v\r\n", "S", "k",
-            "v");
+        row("long line", "[S]\r\nx=" + QByteArray(5000, 'x') + "\r\nk=v\r\n", "S", "k", "v");
         row("header blanks trimmed", B("  [ S ]  \r\nk=v\r\n"), "S", "k", "v");
         row("name runs to the last ]", B("[a]b] c\r\nk=v\r\n"), "a]b", "k", "v");
         row("[ without ] is no header", B("[S]\r\n[T\r\nk=v\r\n"), "S", "k", "v");
@@ -168,19 +167,16 @@ private slots:
         row("missing section", B("[S]\r\nk=v\r\n"), "T", "k", d);
         row("default loses trailing spaces", kMissing, "S", "k", "  one two", "  one two   ");
         row("empty default", B("[S]\r\n"), "S", "k", "", "");
-        row("quoted 300 characters", "[S]\r\nk=\"" + QByteArray(300, 'a') + "\"\r\n", "S", "k",
-            a254);
+        row("300 quoted", "[S]\r\nk=\"" + QByteArray(300, 'a') + "\"\r\n", "S", "k", a254);
         row("long default", kMissing, "S", "k", a254, QString(400, u'a'));
-        row("Windows-1252 bytes", B("[S]\r\nk=\xE9\x80\x81\r\n"), "S", "k",
-            W(u"\u00E9\u20AC\u0081"));
+        row("1252 bytes", B("[S]\r\nk=\xE9\x80\x81\r\n"), "S", "k", W(u"\u00E9\u20AC\u0081"));
         row("Windows-1252 names", B("[\xC9t\xE9]\r\nk=v\r\n"), W(u"\u00C9t\u00E9"), "K", "v");
         row("argument outside the code page", B("[?]\r\nk=v\r\n"), W(u"\u03A9"), "k", "v");
         row("UTF-8 mark hides line 1", B("\xEF\xBB\xBF[S]\r\nk=v\r\n"), "S", "k", d);
         row("UTF-8 mark, later lines", B("\xEF\xBB\xBF[S]\r\n[T]\r\nk=v\r\n"), "T", "k", "v");
         row("UTF-16LE", utf16(W(u"[S]\r\nk=\u00E9\u20AC\u03A9\r\n")), "s", "K",
             W(u"\u00E9\u20AC\u03A9"));
-        row("UTF-16LE names as given", utf16(W(u"[\u03A9]\r\n[?]\r\nk=v\r\n")), W(u"\u03A9"), "k",
-            d);
+        row("UTF-16LE names kept", utf16(W(u"[\u03A9]\r\n[?]\r\nk=v\r\n")), W(u"\u03A9"), "k", d);
         row("UTF-16LE, LF ends", utf16(W(u"[S]\nk=1\nj=\"2\"\n")), "S", "j", "2");
     }
 
@@ -217,11 +213,9 @@ private slots:
             crlf("[S]\na=1\nc=3\n\n\n[T]\nb=2\n"));
         row("new key after the last key line", crlf("[S]\na=1\nnokey\n;note\n"), "S", "c", "3",
             crlf("[S]\na=1\nc=3\nnokey\n;note\n"));
-        row("new key in an empty section", crlf("[S]\n\n[T]\n"), "S", "c", "3",
-            crlf("[S]\nc=3\n\n[T]\n"));
+        row("key in empty section", crlf("[S]\n\n[T]\n"), "S", "c", "3", crlf("[S]\nc=3\n\n[T]\n"));
         row("new key after a header without line end", "[S]", "S", "c", "3", crlf("[S]\nc=3\n"));
-        row("new key after a key without line end", B("[S]\r\na=1"), "S", "c", "3",
-            crlf("[S]\na=1\nc=3\n"));
+        row("key after an unended key", B("[S]\r\na=1"), "S", "c", "3", crlf("[S]\na=1\nc=3\n"));
         row("first section written", crlf("[S]\na=1\n[T]\n[s]\nb=2\n"), "S", "b", "9",
             crlf("[S]\na=1\nb=9\n[T]\n[s]\nb=2\n"));
         row("first key written", crlf("[S]\nk=1\nK=2\n"), "S", "k", "9", crlf("[S]\nk=9\nK=2\n"));
@@ -229,12 +223,10 @@ private slots:
             crlf("[S]\nMyKey=2\n"));
         row("keys before the first header", crlf("a=1\n[S]\nb=2\n"), "S", "a", "3",
             crlf("a=1\n[S]\nb=2\na=3\n"));
-        row("new section, no final line end", B("[S]\r\na=1"), "T", "b", "2",
-            crlf("[S]\na=1\n[T]\nb=2\n"));
+        row("section, file unended", B("[S]\r\na=1"), "T", "b", "2", crlf("[S]\na=1\n[T]\nb=2\n"));
         row("new section after blank lines", crlf("[S]\na=1\n\n"), "T", "b", "2",
             crlf("[S]\na=1\n\n[T]\nb=2\n"));
-        row("new section after a CR", B("[S]\ra=1\r"), "T", "b", "2",
-            B("[S]\ra=1\r[T]\r\nb=2\r\n"));
+        row("section after a CR", B("[S]\ra=1\r"), "T", "b", "2", B("[S]\ra=1\r[T]\r\nb=2\r\n"));
         row("new section in an empty file", "", "T", "b", "2", crlf("[T]\nb=2\n"));
         row("new section after NULs", B("Data \0 before \0 first \0 section"), "section1", "key1",
             "string1", B("Data \0 before \0 first \0 section\r\n[section1]\r\nkey1=string1\r\n"));
@@ -252,17 +244,14 @@ private slots:
             utf16(W(u"; \u00E9\u20AC\u0081\n[S]\rk=\u0421\U0001F600\r\n\r\nj=2")));
         row("a new name the code page cannot hold", crlf("[S]\nk=1\n"), W(u"\u0939"), "k", "v",
             utf16(W(u"[S]\r\nk=1\r\n[\u0939]\r\nk=v\r\n")));
-        row("value cut at a NUL", kMissing, "S", "k", QString::fromLatin1("a\0b", 3),
-            crlf("[S]\nk=a\n"));
+        row("cut at NUL", kMissing, "S", "k", QString::fromLatin1("a\0b", 3), crlf("[S]\nk=a\n"));
         row("UTF-8 mark hides line 1", crlf("\xEF\xBB\xBF[S]\nk=1\n"), "S", "k", "2",
             crlf("\xEF\xBB\xBF[S]\nk=1\n[S]\nk=2\n"));
         row("UTF-16LE key", utf16("[S]\r\nk=1\r\nj=2\r\n"), "S", "k", W(u"\u00E9\u03A9"),
             utf16(W(u"[S]\r\nk=\u00E9\u03A9\r\nj=2\r\n")));
-        row("UTF-16LE section", utf16("[S]\nk=1"), "T", "j", "2",
-            utf16("[S]\nk=1\r\n[T]\r\nj=2\r\n"));
+        row("UTF-16 header", utf16("[S]\nk=1"), "T", "j", "2", utf16("[S]\nk=1\r\n[T]\r\nj=2\r\n"));
         // Values already stored: not even rewritten.
-        row("unchanged, spacing and LF", B("[S]\n  K =  v  \n"), "S", "k", "v",
-            B("[S]\n  K =  v  \n"));
+        row("unchanged, spaced, LF", B("[S]\n  K =  v  \n"), "S", "k", "v", B("[S]\n  K =  v  \n"));
         row("unchanged, quotes", crlf("[S]\nk=\"v\"\n"), "S", "k", "\"v\"", crlf("[S]\nk=\"v\"\n"));
         row("unchanged, same line", crlf("[S]\nk= v \n"), "S", "k", " v ", crlf("[S]\nk= v \n"));
         row("unchanged, bytes 0x80-0xff read back", B("[S]\r\nk=\x80\x81\x9D\xFF\r\n"), "S", "k",
