@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "Fixtures.h"
 #include "backup/Backups.h"
 #include "backup/Summary.h"
@@ -48,9 +49,8 @@ private slots:
 
     void fileNames_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("taken"); // empty: not a copy
-        QTest::addColumn<int>("sequence");
+        // taken: empty for no copy
+        columns<QString, QString, int>("name", "taken", "sequence");
         const auto row = [](const char *name, const char *file, const char *taken, int sequence) {
             QTest::newRow(name) << QString(file) << QString(taken) << sequence;
         };
@@ -77,8 +77,7 @@ private slots:
     // The 50 newest stay, and the newest of each of the last 60 days.
     void rotation_data()
     {
-        QTest::addColumn<QStringList>("newestFirst");
-        QTest::addColumn<QList<int>>("pruned");
+        columns<QStringList, QList<int>>("newestFirst", "pruned");
         QStringList sameDay;
         for (int i = 0; i < 53; ++i)
             sameDay << QString("2026-11-24 %1:%2")
@@ -174,9 +173,7 @@ private slots:
 
     void summary_data()
     {
-        QTest::addColumn<QByteArray>("copy");
-        QTest::addColumn<QByteArray>("current");
-        QTest::addColumn<QString>("text");
+        columns<QByteArray, QByteArray, QString>("copy", "current", "text");
         const auto row = [](const char *name, const QByteArray &copy, const QByteArray &current,
                             const char *text) {
             QTest::newRow(name) << copy << current << QString(text);

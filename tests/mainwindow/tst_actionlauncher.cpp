@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "mainwindow/ActionLauncher.h"
 
 #include <QFile>
@@ -13,15 +14,12 @@ class TestActionLauncher : public QObject
 private slots:
     void programs_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("executable");
-        QTest::addColumn<bool>("expected");
+        columns<QByteArray, bool, bool>("content", "executable", "expected");
         QTest::newRow("binary") << QByteArray("\177ELF\2\1\1") << true << true;
         QTest::newRow("script") << QByteArray("#!/bin/sh\ntrue\n") << true << true;
         QTest::newRow("document with the execute bit") << QByteArray("minutes\n") << true << false;
         QTest::newRow("empty file with the execute bit") << QByteArray() << true << false;
-        QTest::newRow("script, not executable")
-            << QByteArray("#!/bin/sh\ntrue\n") << false << false;
+        QTest::newRow("non-executable script") << QByteArray("#!/bin/sh\ntrue\n") << false << false;
     }
     void programs()
     {

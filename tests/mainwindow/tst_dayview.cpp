@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "mainwindow/DayView.h"
 #include "mainwindow/EventLookup.h"
 #include "runtime/DateText.h"
@@ -48,9 +49,7 @@ private slots:
 
     void fileNameOf_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QChar>("separator");
-        QTest::addColumn<QString>("expected");
+        columns<QString, QChar, QString>("text", "separator", "expected");
         QTest::newRow("windows path") << "&**C:\\Tools\\run.exe" << QChar('\\') << "run.exe";
         QTest::newRow("no backslash") << "&**notes" << QChar('\\') << "**notes";
         QTest::newRow("unix path") << "&**/usr/bin/x" << QChar('/') << "x";
@@ -66,12 +65,10 @@ private slots:
 
     void captions_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("expected");
+        columns<QString, QString>("text", "expected");
         QTest::newRow("long memo") << "Lunch with Ann and Bob" << QString("Lunch with Ann ...");
         QTest::newRow("empty") << "" << QString("...");
-        QTest::newRow("action") << "&**/home/ann/Long name tool.sh"
-                                << QString("Long name tool....");
+        QTest::newRow("act") << "&**/home/ann/Long name tool.sh" << QString("Long name tool....");
     }
     void captions()
     {
@@ -95,9 +92,7 @@ private slots:
 
     void n1Targets_data()
     {
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QList<Target>>("expected");
+        columns<QString, QString, QList<Target>>("caption", "text", "expected");
         const auto row = [](const char *name, const char *caption, const char *text,
                             const QList<Target> &expected) {
             QTest::newRow(name) << QString(caption) << QString(text) << expected;
@@ -135,8 +130,7 @@ private slots:
     // The find window's search, and the lookup of the text it hands on.
     void fFind_data()
     {
-        QTest::addColumn<QString>("keyword");
-        QTest::addColumn<QStringList>("found");
+        columns<QString, QStringList>("keyword", "found");
         QTest::newRow("action text with its marker") << "&**c:" << QStringList{"&**C:\\notes.txt"};
         QTest::newRow("empty keyword, empty memo left out")
             << "" << QStringList{"Lunch with Ann", "&**C:\\notes.txt", "Weekly lunch"};
@@ -149,8 +143,8 @@ private slots:
 
     void modi_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("found"); // the event's number, negative when recurring; 0: none
+        // found: the event's number, negative when recurring, 0 for none
+        columns<QString, int>("text", "found");
         QTest::newRow("one-off memo") << "Lunch with Ann" << 1;
         QTest::newRow("action as the find window shows it") << "C:\\notes.txt" << 2;
         QTest::newRow("recurring memo") << "Weekly lunch" << -1;

@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "Fixtures.h"
 #include "TextFits.h"
 #include "mainwindow/Form1.h"
@@ -70,9 +71,7 @@ private slots:
     // What the calendar shows for each combination of the View menu: "day=colour" of March.
     void filters_data()
     {
-        QTest::addColumn<QByteArray>("store");
-        QTest::addColumn<QStringList>("clicks");
-        QTest::addColumn<QString>("march");
+        columns<QByteArray, QStringList, QString>("store", "clicks", "march");
         const auto row = [](const char *name, const QByteArray &store, const QStringList &clicks,
                             const char *march) {
             QTest::newRow(name) << store << clicks << QString(march);
@@ -99,10 +98,9 @@ private slots:
             item(qPrintable(name))->trigger();
         QStringList shown;
         for (const QString &day : march.split(' ')) {
-            const rt::WinColor colour =
-                form_->Cal()->GetDayBackcolor(DateSerial(2026, 3, day.section('=', 0, 0).toInt()));
-            shown << day.section('=', 0, 0) + '=' +
-                         (colour == rt::kWhite ? "white" : QString::number(colour));
+            const QString d = day.section('=', 0, 0);
+            const rt::WinColor c = form_->Cal()->GetDayBackcolor(DateSerial(2026, 3, d.toInt()));
+            shown << d + '=' + (c == rt::kWhite ? "white" : QString::number(c));
         }
         QCOMPARE(shown.join(' '), march);
     }

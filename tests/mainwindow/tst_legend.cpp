@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "mainwindow/Legend.h"
 #include "runtime/Colors.h"
 #include "runtime/Twips.h"
@@ -74,10 +75,8 @@ private slots:
     // However many categories, only about a screenful of rows exists.
     void onlyTheRowsInViewExist_data()
     {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<int>("scrollTo"); // -1 for the end
-        QTest::addColumn<QString>("inView");
-        QTest::addColumn<double>("scale");
+        // scrollTo: -1 for the end
+        columns<int, int, QString, double>("count", "scrollTo", "inView", "scale");
         QTest::newRow("none") << 0 << 0 << "" << 1.0;
         QTest::newRow("three") << 3 << 0 << "1-3" << 1.0;
         QTest::newRow("100,000, at the top") << 100000 << 0 << "1-14" << 1.0;
@@ -126,14 +125,10 @@ private slots:
     // Tab and Shift+Tab walk the rows into view, and leave the legend past its ends.
     void tabGoesRowToRow_data()
     {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QString>("focused");
+        columns<int, int, int, QString>("count", "from", "key", "focused");
         QTest::newRow("down within the view") << 40 << 3 << int(Qt::Key_Tab) << "lblcat_4";
         QTest::newRow("down past the view") << 40 << 14 << int(Qt::Key_Tab) << "lblcat_15";
-        QTest::newRow("up past the view")
-            << 100000 << 99987 << int(Qt::Key_Backtab) << "lblcat_99986";
+        QTest::newRow("up past view") << 100000 << 99987 << int(Qt::Key_Backtab) << "lblcat_99986";
         QTest::newRow("out past the last") << 3 << 3 << int(Qt::Key_Tab) << "after";
         QTest::newRow("out before the first") << 40 << 1 << int(Qt::Key_Backtab) << "before";
     }

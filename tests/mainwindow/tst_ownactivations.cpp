@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "mainwindow/OwnActivations.h"
 
 #include <QHideEvent>
@@ -14,8 +15,7 @@ private slots:
     // Steps: main, another of our windows, a popup, another program (away), or hide.
     void reloads_data()
     {
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<int>("expected");
+        columns<QString, int>("steps", "expected");
         QTest::newRow("first activation") << "main" << 1;
         QTest::newRow("back from another program") << "main away main away main" << 1;
         QTest::newRow("a dialog closes") << "main other main" << 2;

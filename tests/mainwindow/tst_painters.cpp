@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "FakeFilters.h"
 #include "mainwindow/Painters.h"
 #include "runtime/Locale.h"
@@ -96,15 +97,12 @@ private slots:
 
     void painters_data()
     {
-        QTest::addColumn<int>("year");
-        QTest::addColumn<QString>("painter");
-        QTest::addColumn<QList<RecurringEvent>>("events");
-        QTest::addColumn<int>("oneOffs"); // Work, on 3 March
-        QTest::addColumn<QString>("painted");
-        const auto row = [](const char *name, int year, const char *painter,
+        // oneOffs: Work, on 3 March
+        columns<int, QString, QList<RecurringEvent>, int, QString>("year", "painter", "events",
+                                                                   "oneOffs", "painted");
+        const auto row = [](const char *name, int year, const char *kind,
                             const QList<RecurringEvent> &events, int oneOffs, const char *painted) {
-            QTest::newRow(name) << year << QString(painter) << events << oneOffs
-                                << QString(painted);
+            QTest::newRow(name) << year << QString(kind) << events << oneOffs << QString(painted);
         };
         const RecurringEvent work29 = recurring(store::kYearly, "29", "Work", "7");
         row("weekly, 2018 starts on a Monday", 2018, "weekly",
@@ -123,8 +121,7 @@ private slots:
         row("yearly: a name in another case is no category: black", 2004, "yearly",
             {recurring(store::kYearly, "29", "work", "7")}, 0, "0x1; 1 calls, last 2004-07-29");
         // One-off events compare the day with black, not with their own colour.
-        row("category: a one-off event", 2004, "category", {}, 1,
-            "200x1; 1 calls, last 2004-03-03");
+        row("category: one one-off", 2004, "category", {}, 1, "200x1; 1 calls, last 2004-03-03");
         row("category: two one-offs of one category turn More", 2004, "category", {}, 2,
             "100x1; 2 calls, last 2004-03-03");
     }

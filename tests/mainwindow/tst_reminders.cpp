@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "Fixtures.h"
 #include "dialogs/frmalarm.h"
 #include "mainwindow/AlarmOutput.h"
@@ -93,10 +94,8 @@ private slots:
     // A tick's mark: 'x' when something fired, '!' on a run-time error, '.' otherwise.
     void timeline_data()
     {
-        QTest::addColumn<QByteArray>("store");
-        QTest::addColumn<QString>("ticks"); // a time alone is on the date before it
-        QTest::addColumn<QString>("marks");
-        QTest::addColumn<QString>("last");
+        // ticks: a time alone is on the date before it
+        columns<QByteArray, QString, QString, QString>("store", "ticks", "marks", "last");
 
         const auto row = [](const char *name, const QByteArray &store, const char *ticks,
                             const char *marks, const char *last) {
@@ -175,9 +174,7 @@ private slots:
     // Walking only as a minute begins or after a change acts as walking at every tick.
     void walksOnlyWhenSomethingChanged_data()
     {
-        QTest::addColumn<QByteArray>("store");
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<int>("walks");
+        columns<QByteArray, QString, int>("store", "steps", "walks");
 
         const QByteArray day = counts(2, 2) + oneOff(1, "3/3/2026", "9:00 AM", "Dentist") +
                                oneOff(2, "3/3/2026", "00:00", "Holiday") +
@@ -201,8 +198,7 @@ private slots:
         row("the clock set back, forward, to the next day and back", day, 5,
             "2026-03-03 9:00:00.02~9:00:00.5, 8:59:59.9, 9:00:00.02, 9:00:10, "
             "2026-03-04 9:00:00.02~9:00:00.5, 2026-03-03 9:00:30");
-        row("midnight", day, 2,
-            "2026-03-03 23:59:58.02~23:59:59.98, 2026-03-04 0:00:00.02~0:00:01");
+        row("new day", day, 2, "2026-03-03 23:59:58.02~23:59:59.98, 2026-03-04 0:00:00.02~0:00:01");
         row("an error walks again at every tick",
             counts(1, 1) + oneOff(1, "1/1/2026", "00:00", "plain") +
                 rec("Yearly", "29", "2", "00:00", "Leap"),

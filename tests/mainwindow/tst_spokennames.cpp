@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "mainwindow/SpokenNames.h"
 
 #include <QTest>
@@ -27,8 +28,7 @@ private slots:
     // The colours of the starter store, by the names a person would use.
     void legendRows_data()
     {
-        QTest::addColumn<uint>("colour");
-        QTest::addColumn<QString>("name");
+        columns<uint, QString>("colour", "name");
         QTest::newRow("Work") << 16744448u << "Category More, colour sky blue";
         QTest::newRow("Health") << 65535u << "Category More, colour yellow";
     }
@@ -41,9 +41,8 @@ private slots:
     // A day reads as its popup lists, after the category its colour stands for.
     void days_data()
     {
-        QTest::addColumn<int>("day");        // of March 2026
-        QTest::addColumn<qint64>("painted"); // -1: not painted
-        QTest::addColumn<QString>("details");
+        // day: of March 2026; painted: -1 for none
+        columns<int, qint64, QString>("day", "painted", "details");
         QTest::newRow("nothing") << 4 << qint64(-1) << "";
         QTest::newRow("one event")
             << 3 << qint64(65535) << "coloured as Health, Health: Dentist at 9:00 AM";
@@ -61,8 +60,7 @@ private slots:
         m.events << store::Event{march3, rt::TimeSerial(9, 0, 0), "Dentist", "Health"}
                  << store::Event{march5, 0, "&**C:\\Tools\\run.exe", "Work"}
                  << store::Event{march5, rt::TimeSerial(18, 30, 0), "Gym", "Health"};
-        m.recurring << store::RecurringEvent{"Weekly",  "Thursday", "",
-                                             "9:00 AM", "Standup",  "Work"};
+        m.recurring.append({"Weekly", "Thursday", "", "9:00 AM", "Standup", "Work"});
         const auto colour = painted < 0 ? std::nullopt : std::optional(rt::WinColor(painted));
         QTEST(spoken::dayDetails(DateSerial(2026, 3, day), colour, m, 2026), "details");
     }

@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "Fixtures.h"
 #include "mainwindow/Form1.h"
 #include "recovery/Fault.h"
@@ -33,9 +34,7 @@ private slots:
 
     void faults_data()
     {
-        QTest::addColumn<QByteArray>("store");
-        QTest::addColumn<int>("year");
-        QTest::addColumn<Fault>("fault");
+        columns<QByteArray, int, Fault>("store", "year", "fault");
         const auto row = [](const char *name, const QByteArray &store, int year, Fault fault) {
             QTest::newRow(name) << store << year << fault;
         };

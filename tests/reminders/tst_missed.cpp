@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "Fixtures.h"
 #include "reminders/LastSeenFile.h"
 #include "reminders/MissedPass.h"
@@ -39,9 +40,8 @@ private slots:
     // Ticks after a state file ("-": none); each lists "text m/d h:mm" found, newest first.
     void pass_data()
     {
-        QTest::addColumn<QByteArray>("stateFile");
-        QTest::addColumn<QString>("ticks"); // "; " between ticks, and between what they found
-        QTest::addColumn<QString>("found");
+        // ticks: "; " between ticks, and between what they found
+        columns<QByteArray, QString, QString>("stateFile", "ticks", "found");
         const auto row = [](const char *name, const QByteArray &state, const char *ticks,
                             const char *found) {
             QTest::newRow(name) << state << QString(ticks) << QString(found);
@@ -60,8 +60,8 @@ private slots:
             "3/3/2026 9:00:10", "");
         for (const char *bad :
              {"garbage\x01\xff", "", "2026-02-30 09:00", "2026-03-03 9:00", "2027-01-01 00:00\n"})
-            QTest::addRow("state file \"%s\"", bad) << QByteArray(bad) << "3/3/2026 9:30"
-                                                    << "";
+            QTest::addRow("state file \"%s\"", bad)
+                << QByteArray(bad) << "3/3/2026 9:30" << QString();
     }
     void pass()
     {
@@ -98,12 +98,10 @@ private slots:
     void window()
     {
         QList<reminders::MissedReminder> found;
-        for (int n = 25; n >= 1; --n) {
-            const bool action = n == 25;
+        for (int n = 25; n >= 1; --n) // newest first, and the newest an action
             found.push_back({rt::Date(46000 + n), false, n, "Health", 200,
-                             action ? "/srv/a b.pdf" : QStringLiteral("Memo %1").arg(n), action,
+                             n == 25 ? "/srv/a b.pdf" : QStringLiteral("Memo %1").arg(n), n == 25,
                              "when"});
-        }
         frmMissed window;
         QSignalSpy opened(&window, &frmMissed::openRequested);
         window.add(found);

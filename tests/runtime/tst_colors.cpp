@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "runtime/Colors.h"
 
 #include <QFile>
@@ -11,8 +12,7 @@ class TestColors : public QObject
 private slots:
     void textColour_data()
     {
-        QTest::addColumn<rt::WinColor>("back");
-        QTest::addColumn<rt::WinColor>("text");
+        columns<rt::WinColor, rt::WinColor>("back", "text");
         QTest::newRow("white") << rt::kWhite << rt::WinColor(0);
         QTest::newRow("navy") << rt::RGB(0, 0, 128) << rt::kWhite;
         QTest::newRow("red") << rt::kRed << rt::WinColor(0);
@@ -31,9 +31,8 @@ private slots:
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QString store = QString::fromLatin1(file.readAll());
         int colours = 0;
-        for (const auto &m :
-             QRegularExpression("^\\d+c=(\\d+)", QRegularExpression::MultilineOption)
-                 .globalMatch(store)) {
+        const QRegularExpression colour("^\\d+c=(\\d+)", QRegularExpression::MultilineOption);
+        for (const auto &m : colour.globalMatch(store)) {
             const rt::WinColor back = m.captured(1).toUInt();
             QVERIFY2(rt::contrastRatio(back, rt::kBlue) >= 4.5, qPrintable(m.captured(0)));
             QVERIFY2(rt::contrastRatio(back, rt::kRed) >= 3.0, qPrintable(m.captured(0)));

@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "runtime/Clock.h"
 #include "runtime/DateText.h"
 #include "runtime/Locale.h"
@@ -24,11 +25,7 @@ private slots:
 
     void serials_data()
     {
-        QTest::addColumn<int>("y");
-        QTest::addColumn<int>("m");
-        QTest::addColumn<int>("d");
-        QTest::addColumn<double>("serial");
-        QTest::addColumn<int>("weekday");
+        columns<int, int, int, double, int>("y", "m", "d", "serial", "weekday");
         QTest::newRow("epoch") << 1899 << 12 << 30 << 0.0 << 7;
         QTest::newRow("1900-01-01") << 1900 << 1 << 1 << 2.0 << 2;
         QTest::newRow("1900-03-01") << 1900 << 3 << 1 << 61.0 << 5;
@@ -50,16 +47,13 @@ private slots:
         const Date at = serial + (serial < 0 ? -1 : 1) * TimeSerial(18, 5, 59);
         QCOMPARE(Day(at), d);
         QTEST(Weekday(at), "weekday");
-        QCOMPARE(Hour(at), 18);
-        QCOMPARE(Minute(at), 5);
-        QCOMPARE(Second(at), 59);
+        QCOMPARE(QList<int>({Hour(at), Minute(at), Second(at)}), QList<int>({18, 5, 59}));
     }
 
     void parse_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("expected"); // NaN: no date
+        // expected: NaN for no date
+        columns<QString, QString, double>("locale", "text", "expected");
         const double jul29 = 38197;
         const double nine = 0.375;
         const double none = qQNaN();
@@ -143,9 +137,7 @@ private slots:
 
     void text_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QString>("expected");
+        columns<QString, double, QString>("locale", "value", "expected");
         QTest::newRow("zero") << "en_US" << 0.0 << "12:00:00 AM";
         QTest::newRow("date") << "en_US" << 38197.0 << "7/29/2004";
         QTest::newRow("both") << "en_US" << 38197.375 << "7/29/2004 9:00:00 AM";

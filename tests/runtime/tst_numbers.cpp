@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "runtime/Locale.h"
 #include "runtime/Numbers.h"
 #include "runtime/RuntimeError.h"
@@ -36,11 +37,8 @@ private slots:
 
     void conversions_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("lng");
-        QTest::addColumn<QString>("integer");
-        QTest::addColumn<QString>("dbl");
+        columns<QString, QString, QString, QString, QString>("locale", "text", "lng", "integer",
+                                                             "dbl");
         const auto row = [](const char *locale, const QString &text, const char *lng,
                             const char *integer, const char *dbl) {
             QTest::addRow("%s '%s'", locale, qPrintable(text))
@@ -81,8 +79,7 @@ private slots:
 
     void val_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("expected");
+        columns<QString, double>("text", "expected");
 
         QTest::newRow("junk after") << "12abc" << 12.0;
         QTest::newRow("blanks, tabs, line feeds") << " 2\t45\n7" << 2457.0;

@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "Fixtures.h"
 #include "runtime/MsgBox.h"
 #include "runtime/RuntimeError.h"
@@ -35,10 +36,7 @@ class TstRuntimeError : public QObject
 private slots:
     void messageBox_data()
     {
-        QTest::addColumn<int>("style");
-        QTest::addColumn<int>("icon");
-        QTest::addColumn<int>("press");
-        QTest::addColumn<int>("result");
+        columns<int, int, int, int>("style", "icon", "press", "result");
 
         QTest::newRow("critical") << 16 << int(QMessageBox::Critical) << int(QMessageBox::Ok) << 1;
         QTest::newRow("yes") << 36 << int(QMessageBox::Question) << int(QMessageBox::Yes) << 6;

@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "Fixtures.h"
 #include "mainwindow/Form1.h"
 #include "runtime/MsgBox.h"
@@ -36,17 +37,12 @@ private slots:
     // OK in frmPassword; change mode starts from the stored "Secret12".
     void passwordWindow_data()
     {
-        QTest::addColumn<bool>("change");
-        QTest::addColumn<QString>("txtpass");
-        QTest::addColumn<QString>("txtpass1");
-        QTest::addColumn<QString>("box");
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QByteArray>("passIni");
+        columns<bool, QString, QString, QString, QString, QByteArray>(
+            "change", "txtpass", "txtpass1", "box", "stored", "passIni");
         const auto row = [](const char *name, bool change, const QString &txtpass,
-                            const char *txtpass1, const QString &box, const char *stored,
+                            const QString &txtpass1, const QString &box, const QString &stored,
                             const QByteArray &passIni = {}) {
-            QTest::newRow(name) << change << txtpass << QString(txtpass1) << box << QString(stored)
-                                << passIni;
+            QTest::newRow(name) << change << txtpass << txtpass1 << box << stored << passIni;
         };
         row("create: nothing typed", false, "", "", "You should type a password!|16", "");
         row("create: not confirmed, by case", false, "Secret", "secret",
@@ -95,8 +91,8 @@ private slots:
 
     void optionsMenu_data()
     {
-        QTest::addColumn<QByteArray>("store");
-        QTest::addColumn<QString>("stored"); // empty: "Create Password" is offered
+        // stored: empty where "Create Password" is offered
+        columns<QByteArray, QString>("store", "stored");
         QTest::newRow("count 0") << QByteArray("[pcount]\nc=0\n") << "";
         QTest::newRow("empty count") << QByteArray("[pcount]\nc=\n") << "";
         QTest::newRow("set") << QByteArray("[pcount]\nc=2\n[pass]\n1=79\n2=107\n") << "Ok";

@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "Fixtures.h"
 #include "store/AtomicFile.h"
 #include "store/DataStore.h"
@@ -29,28 +30,26 @@ private slots:
 
     void newRecurring_data()
     {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QByteArray>("keys");
-        QTest::newRow("daily") << kDaily << crlf("Type=Daily\nTime=t\nMemo=m\nCat=c\n");
-        QTest::newRow("weekly") << kWeekly << crlf("Type=Weekly\nDay=d\nTime=t\nMemo=m\nCat=c\n");
-        QTest::newRow("monthly") << kMonthly
-                                 << crlf("Type=Monthly\nDay=d\nTime=t\nMemo=m\nCat=c\n");
-        QTest::newRow("yearly") << kYearly
-                                << crlf("Type=Yearly\nDay=d\nMonth=mo\nTime=t\nMemo=m\nCat=c\n");
+        columns<QString, QByteArray>("type", "keys");
+        QTest::newRow("daily") << kDaily << QByteArray("Type=Daily\n");
+        QTest::newRow("weekly") << kWeekly << QByteArray("Type=Weekly\nDay=d\n");
+        QTest::newRow("monthly") << kMonthly << QByteArray("Type=Monthly\nDay=d\n");
+        QTest::newRow("yearly") << kYearly << QByteArray("Type=Yearly\nDay=d\nMonth=mo\n");
     }
     void newRecurring()
     {
         QFETCH(QString, type);
         QFETCH(QByteArray, keys);
         writeNewRecurring(3, {type, "d", "mo", "t", "m", "c"});
-        QCOMPARE(TestFolder::data(), crlf("[rcount]\nc=3\n[r3]\n") + keys);
+        QCOMPARE(TestFolder::data(),
+                 crlf("[rcount]\nc=3\n[r3]\n" + keys + "Time=t\nMemo=m\nCat=c\n"));
     }
 
     // Later events move down one; the last one's section stays behind.
     void removeEvent_data()
     {
-        QTest::addColumn<int>("k");
-        QTest::addColumn<QList<int>>("held"); // the event each section holds afterwards
+        // held: the event each section holds afterwards
+        columns<int, QList<int>>("k", "held");
         QTest::newRow("2 of 4") << 2 << QList<int>{1, 3, 4, 4};
         QTest::newRow("last") << 4 << QList<int>{1, 2, 3, 4};
     }
@@ -88,8 +87,7 @@ private slots:
 
     void categories()
     {
-        TestFolder::setData("[Categories]\nc=2\n1=Anything\n1c=255\n2=Work\n"
-                            "2c=16711680\n");
+        TestFolder::setData("[Categories]\nc=2\n1=Anything\n1c=255\n2=Work\n2c=16711680\n");
         writeNewCategory(2, "Health");
         writeCategoryColours({0, 65280, -1, 42});
         QCOMPARE(TestFolder::data(),
@@ -103,10 +101,7 @@ private slots:
     // One code a character in the code page: double-byte as one signed code, others '?'.
     void password_data()
     {
-        QTest::addColumn<int>("codePage");
-        QTest::addColumn<QString>("password");
-        QTest::addColumn<QStringList>("codes");
-        QTest::addColumn<QString>("readBack");
+        columns<int, QString, QStringList, QString>("codePage", "password", "codes", "readBack");
         QTest::newRow("1252") << 1252 << QString("Ab\u20ac\U0001F600")
                               << QStringList{"65", "98", "128", "63"} << QString("Ab\u20ac?");
         QTest::newRow("1251") << 1251 << QString("\u041f\u0430\u0440\u043e\u043b\u044c")
@@ -198,8 +193,7 @@ private slots:
     // Damaged counts read as fewer or empty items; the store fuzzer tries arbitrary bytes.
     void damagedStores_data()
     {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<int>("events");
+        columns<QByteArray, int>("file", "events");
         QTest::newRow("empty") << QByteArray() << 0;
         QTest::newRow("no counts") << crlf("[1]\nDate=7/29/2004\n") << 0;
         QTest::newRow("count past sections") << crlf("[count]\nc=50\n[1]\nDate=7/29/2004\n") << 50;

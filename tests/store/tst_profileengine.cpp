@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "Fixtures.h"
 #include "runtime/Ansi.h"
 #include "runtime/RuntimeError.h"
@@ -80,10 +81,7 @@ private slots:
     // The code page follows the language: our writes read back, and others' text shows.
     void codePages_data()
     {
-        QTest::addColumn<QByteArray>("locale");
-        QTest::addColumn<int>("codePage");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QByteArray>("bytes");
+        columns<QByteArray, int, QString, QByteArray>("locale", "codePage", "text", "bytes");
         const auto row = [](const char *locale, int codePage, const char16_t *text,
                             const QByteArray &bytes) {
             QTest::newRow(locale) << QByteArray(locale) << codePage << W(text) << bytes;
@@ -120,11 +118,8 @@ private slots:
 
     void read_data()
     {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QString>("section");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("def");
-        QTest::addColumn<QString>("expected");
+        columns<QByteArray, QString, QString, QString, QString>("file", "section", "key", "def",
+                                                                "expected");
 
         const QString d("<default>");
         const QString a254(254, u'a');
@@ -193,11 +188,8 @@ private slots:
 
     void write_data()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QString>("section");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QByteArray>("after");
+        columns<QByteArray, QString, QString, QString, QByteArray>("before", "section", "key",
+                                                                   "value", "after");
 
         auto row = [](const char *name, const QByteArray &before, const QString &section,
                       const QString &key, const QString &value, const QByteArray &after) {
@@ -301,8 +293,7 @@ private slots:
     // A batch writes all at its commit; nothing if left uncommitted or the disk is full.
     void batchWritesAllOrNothing_data()
     {
-        QTest::addColumn<bool>("committed");
-        QTest::addColumn<int>("writeError");
+        columns<bool, int>("committed", "writeError");
         QTest::newRow("committed") << true << 0;
         QTest::newRow("dropped") << false << 0;
         QTest::newRow("full disk") << true << ENOSPC;
@@ -400,8 +391,7 @@ private slots:
     // Two processes write 400 keys each to one file at the same time; none is lost.
     void twoWritersKeepEachOthersKeys()
     {
-        QTemporaryDir dir(QDir("/dev/shm").exists() ? "/dev/shm/tst_profileengine-XXXXXX"
-                                                    : QString());
+        QTemporaryDir dir(QDir("/dev/shm").exists() ? "/dev/shm/tst-XXXXXX" : QString());
         const QString file = dir.filePath("Data.ini");
         pid_t writers[2];
         for (int w = 0; w < 2; ++w) {
@@ -409,9 +399,8 @@ private slots:
             if (writers[w] == 0) {
                 bool ok = true;
                 for (int n = 1; n <= 400; ++n)
-                    ok = store::writePrivateProfileString(QString::number(w), QString::number(n),
-                                                          "v", file) &&
-                         ok;
+                    ok &= store::writePrivateProfileString(QString::number(w), QString::number(n),
+                                                           "v", file);
                 ::_exit(ok ? 0 : 1);
             }
             QVERIFY(writers[w] > 0);
@@ -529,9 +518,7 @@ private slots:
 
     void changeByAnotherProcessIsSeen_data()
     {
-        QTest::addColumn<QString>("setup");
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<QString>("expected");
+        columns<QString, QString, QString>("setup", "change", "expected");
 
         const QString plain("mkdir -p \"$D\" \"$O\" && printf '[S]\\r\\nk=0\\r\\n' > \"$F\"");
         const QString two("printf '[S]\\r\\nk=2\\r\\n' > ");

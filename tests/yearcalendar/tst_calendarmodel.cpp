@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "runtime/Clock.h"
 #include "runtime/RuntimeError.h"
 #include "yearcalendar/CalendarModel.h"
@@ -40,8 +41,7 @@ private slots:
 
     void fillsEveryMonth_data()
     {
-        QTest::addColumn<int>("year");
-        QTest::addColumn<int>("februaryDays");
+        columns<int, int>("year", "februaryDays");
         QTest::newRow("1900 counts as leap") << 1900 << 29;
         QTest::newRow("2020, August starts on Saturday") << 2020 << 29;
         QTest::newRow("2022, January starts on Saturday") << 2022 << 28;
@@ -77,9 +77,7 @@ private slots:
 
     void colourByDate_data()
     {
-        QTest::addColumn<rt::Date>("painted");
-        QTest::addColumn<rt::Date>("read");
-        QTest::addColumn<uint>("colour");
+        columns<rt::Date, rt::Date, uint>("painted", "read", "colour");
         QTest::newRow("day of the year") << date(2024, 3, 3) << date(2024, 3, 3) << uint(kGreen);
         QTest::newRow("January, 1990") << date(2024, 1, 5) << date(1990, 1, 5) << uint(kGreen);
         QTest::newRow("Feb. 2019") << date(2019, 2, 5) << date(2024, 2, 5) << uint(rt::kWhite);
@@ -168,9 +166,7 @@ private slots:
     // At midnight the mark moves, back colours stay; a year without the new day loses it.
     void todayMovesAtMidnight_data()
     {
-        QTest::addColumn<int>("displayedYear");
-        QTest::addColumn<double>("before");
-        QTest::addColumn<double>("after");
+        columns<int, double, double>("displayedYear", "before", "after");
         QTest::newRow("next day") << 2024 << date(2024, 3, 15) << date(2024, 3, 16);
         QTest::newRow("next month") << 2024 << date(2024, 1, 31) << date(2024, 2, 1);
         QTest::newRow("new year") << 2024 << date(2024, 12, 31) << date(2025, 1, 1);

@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "yearcalendar/DayFocus.h"
 
 #include <QTest>
@@ -25,9 +26,7 @@ private slots:
     // Steps run over months and years; 29 February is there every fourth year, 1900 too.
     void steps_data()
     {
-        QTest::addColumn<GridDay>("from");
-        QTest::addColumn<DayStep>("step");
-        QTest::addColumn<GridDay>("to");
+        columns<GridDay, DayStep, GridDay>("from", "step", "to");
         const auto row = [](const char *name, GridDay from, DayStep step, GridDay to) {
             QTest::newRow(name) << from << step << to;
         };

@@ -1,3 +1,4 @@
+#include "DataTable.h"
 #include "TextFits.h"
 #include "runtime/Clock.h"
 #include "runtime/RuntimeError.h"
@@ -81,10 +82,7 @@ private slots:
     // A year button clicks January's cell 20 before YearChanged, the old selection still on.
     void mouse_data()
     {
-        QTest::addColumn<QString>("action");
-        QTest::addColumn<QStringList>("events");
-        QTest::addColumn<QString>("selected");
-        QTest::addColumn<int>("year");
+        columns<QString, QStringList, QString, int>("action", "events", "selected", "year");
         const QString click = "DateClick 2024-03-15 selected 2024-01-20";
         const auto row = [](const char *name, const char *action, const QStringList &events,
                             const char *selected, int year = 2024) {
@@ -137,10 +135,8 @@ private slots:
     // Keys take the mouse's paths; Ctrl+PageUp/Down press the year buttons, the day kept.
     void keys_data()
     {
-        QTest::addColumn<QString>("from");
-        QTest::addColumn<int>("key"); // with its modifiers
-        QTest::addColumn<QStringList>("events");
-        QTest::addColumn<QString>("focused");
+        // key: with its modifiers
+        columns<QString, int, QStringList, QString>("from", "key", "events", "focused");
         const QString today = "Friday 15 March 2024";
         const auto row = [&](const char *name, int key, const QStringList &events,
                              const QString &focused, const QString &from = {}) {
@@ -181,8 +177,7 @@ private slots:
             painted << colour;
             return rt::Day(d) == 16 ? QString("Work: Payday, all day") : QString();
         });
-        QCOMPARE(c.dayName(yearcal::f1(62)),
-                 QString("Saturday 16 March 2024, Work: Payday, all day"));
+        QCOMPARE(c.dayName(yearcal::f1(62)), "Saturday 16 March 2024, Work: Payday, all day");
         QCOMPARE(c.dayName(yearcal::j1(20)), QString("Saturday 20 January 2024, selected"));
         QCOMPARE(painted, (QList<std::optional<rt::WinColor>>{kGreen, std::nullopt}));
         QCOMPARE(c.dayName(yearcal::j1(0)), QString()); // an unused cell
