@@ -8,6 +8,7 @@
 
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -411,10 +412,9 @@ private slots:
             QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
         }
         int kept = 0;
-        for (int w = 0; w < 2; ++w) {
+        for (int w = 0; w < 2; ++w)
             for (int n = 1; n <= 400; ++n)
                 kept += readKey(file, QString::number(w), QString::number(n)) == "v";
-        }
         QCOMPARE(kept, 800);
     }
 
@@ -433,14 +433,11 @@ private slots:
         QString folder = dir.path();
         const QString image = dir.filePath("ext2.img");
         const QString mountPoint = dir.filePath("mnt");
-        struct Unmount {
-            QString at;
-            ~Unmount()
-            {
-                if (!at.isEmpty())
-                    QProcess::execute("umount", {at});
-            }
-        } unmount;
+        QString mounted;
+        const auto unmount = qScopeGuard([&mounted] {
+            if (!mounted.isEmpty())
+                QProcess::execute("umount", {mounted});
+        });
         if (ext2) {
             QVERIFY(QDir().mkdir(mountPoint));
             QFile img(image);
@@ -449,7 +446,7 @@ private slots:
             if (QProcess::execute("mkfs.ext2", {"-q", "-F", "-I", "128", image}) != 0 ||
                 QProcess::execute("mount", {"-o", "loop", image, mountPoint}) != 0)
                 QSKIP("an ext2 image cannot be made or mounted here");
-            unmount.at = folder = mountPoint;
+            mounted = folder = mountPoint;
         }
         store::ProfileCache::setCoarseTimestampsForTest(!ext2);
         const QString file = folder + "/Data.ini";
@@ -483,10 +480,9 @@ private slots:
         }
         writeBytes(file_, content);
         const quint64 before = store::profilecache::parseCount();
-        for (int s = 1; s <= 200; ++s) {
+        for (int s = 1; s <= 200; ++s)
             for (const char *k : {"Date", "Time", "Memo", "Cat"})
                 QCOMPARE(readKey(file_, QString::number(s), k), QString::number(s * 7));
-        }
         QCOMPARE(store::profilecache::parseCount(), before + 1);
 
         // Our own writes update the parsed copy instead of parsing the file again.
@@ -587,10 +583,9 @@ private slots:
 
             const QString parsed = dir_.filePath(QStringLiteral("parsed%1.ini").arg(step));
             QVERIFY(QFile::rename(fresh, parsed));
-            for (const QString &rs : sections) {
+            for (const QString &rs : sections)
                 for (const QString &rk : keys)
                     QCOMPARE(readKey(file_, rs, rk), readKey(parsed, rs, rk));
-            }
             QVERIFY(QFile::remove(parsed));
         }
     }

@@ -235,10 +235,9 @@ private slots:
         QCOMPARE_LT(used.bottom(), size.height());
         QCOMPARE_GT(used.bottom(), size.height() * 0.95);
         QCOMPARE_LT(used.right(), size.width());
-        for (const QLabel *label : c.findChildren<QLabel *>()) {
-            if (label->isVisible() && !textFits(label))
-                QFAIL(qPrintable(label->objectName() + " cuts " + label->text()));
-        }
+        for (const QLabel *label : c.findChildren<QLabel *>())
+            QVERIFY2(!label->isVisible() || textFits(label),
+                     qPrintable(label->objectName() + " cuts " + label->text()));
         const auto *year = c.findChild<QLineEdit *>("Label12");
         QCOMPARE_LE(year->fontMetrics().height(), year->contentsRect().height());
         QCOMPARE_LE(year->fontMetrics().horizontalAdvance(year->text()), year->width());
