@@ -1,4 +1,5 @@
 #include "DataTable.h"
+#include "Fixtures.h"
 #include "mainwindow/ActionLauncher.h"
 
 #include <QFile>
@@ -26,12 +27,9 @@ private slots:
         QFETCH(QByteArray, content);
         QFETCH(bool, executable);
         const QString path = dir.filePath(QTest::currentDataTag());
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
-        file.close();
+        writeBytes(path, content);
         if (executable)
-            file.setPermissions(file.permissions() | QFile::ExeOwner);
+            QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner);
         QTEST(isProgram(path), "expected");
     }
 

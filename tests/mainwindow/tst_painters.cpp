@@ -61,17 +61,6 @@ private:
     WinColor white = kWhite;
 };
 
-// "Work" twice: the later one's colour counts.
-store::Model model()
-{
-    store::Model m;
-    m.categoryNames = {"", "More", "Work", "Home", "Work"};
-    m.categoryColours = {"", "100", "150", "300", "200"};
-    m.recurring = {{}};
-    m.events = {{}};
-    return m;
-}
-
 RecurringEvent recurring(const QString &type, const QString &day, const QString &cat,
                          const QString &month = {})
 {
@@ -133,7 +122,11 @@ private slots:
         QFETCH(int, oneOffs);
         calendar.year = year;
         calendar.selected = DateSerial(year, 1, 20);
-        store::Model m = model();
+        store::Model m; // "Work" twice: the later one's colour counts
+        m.categoryNames = {"", "More", "Work", "Home", "Work"};
+        m.categoryColours = {"", "100", "150", "300", "200"};
+        m.recurring = {{}};
+        m.events = {{}};
         m.recurring << events;
         for (int i = 0; i < oneOffs; ++i)
             m.events << store::Event{DateSerial(year, 3, 3), 0, "m", "Work"};
@@ -150,10 +143,9 @@ private slots:
             painters.paint_category(2);
         QTEST(calendar.painted(), "painted");
         // The painter's item in the View menu is checked.
-        using Kind = ViewFilters::Kind;
-        QCOMPARE(filters.kindShown(Kind::Weekly), painter == "weekly");
-        QCOMPARE(filters.kindShown(Kind::Monthly), painter == "monthly");
-        QCOMPARE(filters.kindShown(Kind::Yearly), painter == "yearly");
+        QCOMPARE(filters.kindShown(ViewFilters::Kind::Weekly), painter == "weekly");
+        QCOMPARE(filters.kindShown(ViewFilters::Kind::Monthly), painter == "monthly");
+        QCOMPARE(filters.kindShown(ViewFilters::Kind::Yearly), painter == "yearly");
         QCOMPARE(filters.v1[2].checked, painter == "category");
     }
 };

@@ -5,21 +5,6 @@
 
 using rt::DateSerial;
 
-namespace
-{
-
-store::Model model()
-{
-    store::Model m;
-    m.categoryNames = {"", "More", "Work", "Health"};
-    m.categoryColours = {"", "8421504", "16744448", "65535"};
-    m.events = {{}};
-    m.recurring = {{}};
-    return m;
-}
-
-} // namespace
-
 class TestSpokenNames : public QObject
 {
     Q_OBJECT
@@ -55,7 +40,11 @@ private slots:
     {
         QFETCH(int, day);
         QFETCH(qint64, painted);
-        store::Model m = model();
+        store::Model m;
+        m.categoryNames = {"", "More", "Work", "Health"};
+        m.categoryColours = {"", "8421504", "16744448", "65535"};
+        m.events = {{}};
+        m.recurring = {{}};
         const rt::Date march3 = DateSerial(2026, 3, 3), march5 = march3 + 2;
         m.events << store::Event{march3, rt::TimeSerial(9, 0, 0), "Dentist", "Health"}
                  << store::Event{march5, 0, "&**C:\\Tools\\run.exe", "Work"}
