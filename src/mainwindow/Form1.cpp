@@ -266,6 +266,10 @@ void Form1::Form_Activate()
 
 void Form1::Form_Resize()
 {
+    // An iconified window's frame reads 1x1 under some window managers, and can still read so
+    // as the window is restored: a frame smaller than the window it holds is not taken.
+    const QRect frame = frameGeometry();
+    const QRect outer = frame.width() >= width() && frame.height() >= height() ? frame : geometry();
     if (windowState() & Qt::WindowMinimized) {
         if (hideWhenMinimised_)
             hide();
@@ -273,12 +277,11 @@ void Form1::Form_Resize()
         // Re-centred on every change of size, by design.
         if (const QScreen *screen = this->screen()) {
             const QRect area = screen->geometry();
-            move(area.width() / 2 - frameGeometry().width() / 2,
-                 area.height() / 2 - frameGeometry().height() / 2);
+            move(area.width() / 2 - outer.width() / 2, area.height() / 2 - outer.height() / 2);
         }
     }
-    layout_ = mainLayout(rt::pixelsToTwips(frameGeometry().width()),
-                         rt::pixelsToTwips(centralWidget()->height()));
+    layout_ =
+        mainLayout(rt::pixelsToTwips(outer.width()), rt::pixelsToTwips(centralWidget()->height()));
     placeControls();
 }
 
