@@ -13,6 +13,31 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+// Runs work(0) .. work(count - 1) in as many child processes at once; true when each started
+// and ended with its work returning true.
+template <typename Work> bool inChildProcesses(int count, Work work)
+{
+    std::vector<pid_t> children;
+    bool ok = true;
+    for (int w = 0; w < count && ok; ++w) {
+        const pid_t pid = ::fork();
+        if (pid == 0)
+            ::_exit(work(w) ? 0 : 1);
+        ok = pid > 0;
+        if (ok)
+            children.push_back(pid);
+    }
+    for (const pid_t pid : children) {
+        int status = 0;
+        ok = ::waitpid(pid, &status, 0) == pid && WIFEXITED(status) && WEXITSTATUS(status) == 0 &&
+             ok;
+    }
+    return ok;
+}
 
 inline QByteArray readBytes(const QString &path)
 {

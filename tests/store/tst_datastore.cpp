@@ -7,8 +7,6 @@
 #include "store/ini.h"
 
 #include <cerrno>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace store;
 
@@ -158,24 +156,14 @@ private slots:
     // Two calendars adding events at once: count and write stay together, so none is lost.
     void twoWritersAddingEventsKeepThemAll()
     {
-        pid_t writers[2];
-        for (int w = 0; w < 2; ++w) {
-            writers[w] = ::fork();
-            if (writers[w] == 0) {
-                for (int n = 1; n <= 100; ++n) {
-                    const ChangeScope scope(files::dataIni());
-                    writeNewEvent(readCount(kCountSection) + 1,
-                                  {"7/29/2004", "9:00 AM", QString("%1-%2").arg(w).arg(n), "W"});
-                }
-                ::_exit(0);
+        QVERIFY(inChildProcesses(2, [](int w) {
+            for (int n = 1; n <= 100; ++n) {
+                const ChangeScope scope(files::dataIni());
+                writeNewEvent(readCount(kCountSection) + 1,
+                              {"7/29/2004", "9:00 AM", QString("%1-%2").arg(w).arg(n), "W"});
             }
-            QVERIFY(writers[w] > 0);
-        }
-        for (const pid_t writer : writers) {
-            int status = 0;
-            QCOMPARE(::waitpid(writer, &status, 0), writer);
-            QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-        }
+            return true;
+        }));
         QSet<QString> memos;
         for (int n = 1; n <= readCount(kCountSection); ++n)
             memos.insert(ReadINI(files::dataIni(), eventSection(n), kMemoKey, ""));

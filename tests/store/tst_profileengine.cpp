@@ -12,7 +12,6 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace
@@ -394,23 +393,13 @@ private slots:
     {
         QTemporaryDir dir(QDir("/dev/shm").exists() ? "/dev/shm/tst-XXXXXX" : QString());
         const QString file = dir.filePath("Data.ini");
-        pid_t writers[2];
-        for (int w = 0; w < 2; ++w) {
-            writers[w] = ::fork();
-            if (writers[w] == 0) {
-                bool ok = true;
-                for (int n = 1; n <= 400; ++n)
-                    ok &= store::writePrivateProfileString(QString::number(w), QString::number(n),
-                                                           "v", file);
-                ::_exit(ok ? 0 : 1);
-            }
-            QVERIFY(writers[w] > 0);
-        }
-        for (const pid_t writer : writers) {
-            int status = 0;
-            QCOMPARE(::waitpid(writer, &status, 0), writer);
-            QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-        }
+        QVERIFY(inChildProcesses(2, [&file](int w) {
+            bool ok = true;
+            for (int n = 1; n <= 400; ++n)
+                ok &= store::writePrivateProfileString(QString::number(w), QString::number(n), "v",
+                                                       file);
+            return ok;
+        }));
         int kept = 0;
         for (int w = 0; w < 2; ++w)
             for (int n = 1; n <= 400; ++n)
